@@ -1,0 +1,302 @@
+#include "ArrayStore.h"
+
+#include "ChunkCodec.h"
+#include "ChunkedArray.h"
+#include "FileChannel.h"
+#include "FormatError.h"
+#include "Hdf5File.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace meridyn::hdf5 {
+
+namespace {
+
+constexpr std::uint64_t largestArray = 1ULL << 60; // bytes; keeps products of sizes from wrapping
+
+void checkRange(const std::string& label, const ArrayShape& shape, std::uint64_t first, std::uint64_t count)
+{
+    const std::uint64_t total = shape.valueCount();
+    if (first > total || count > total - first)
+        throw FormatError(label + " has " + std::to_string(total) + " values, " + std::to_string(first + count) +
+                          " expected");
+}
+
+class ContiguousWriter final : public ArrayWriter {
+public:
+    ContiguousWriter(Hdf5File& file, Handle dataSet, const std::string& label, const ArrayShape& shape)
+        : ArrayWriter(file, std::move(dataSet), label, shape)
+    {
+        _offset = H5Dget_offset(_dataSet.get());
+        if (_offset == HADDR_UNDEF && shape.valueCount() > 0)
+            throw FormatError("no room for " + _label + ": " + hdf5Words());
+    }
+
+private:
+    void writeValues(std::uint64_t first, std::uint64_t count, const Source& source) override
+    {
+        const std::size_t size = sizeOf(_shape.type);
+        if (source.isSame) {
+            _file.channel().write(_offset + first * size, source.values, count * size);
+            return;
+        }
+        const auto* values = static_cast<const unsigned char*>(source.values);
+        std::vector<unsigned char>& buffer = _file.buffer();
+        const std::uint64_t block = buffer.size() / size;
+        for (std::uint64_t done = 0; done < count; done += block) {
+            const std::uint64_t n = std::min(block, count - done);
+            source.convert(values + done * source.size, buffer.data(), n);
+            _file.channel().write(_offset + (first + done) * size, buffer.data(), n * size);
+        }
+    }
+
+    void readValues(std::uint64_t first, std::uint64_t count, const Target& target) override
+    {
+        const std::size_t size = sizeOf(_shape.type);
+        auto* values = static_cast<unsigned char*>(target.values);
+        std::vector<unsigned char>& buffer = _file.buffer();
+        const std::uint64_t block = buffer.size() / size;
+        for (std::uint64_t done = 0; done < count; done += block) {
+            const std::uint64_t n = std::min(block, count - done);
+            _file.channel().readPadded(_offset + (first + done) * size, buffer.data(), n * size);
+            target.convert(buffer.data(), values + done * target.size, n);
+        }
+    }
+
+    std::uint64_t _offset = 0;
+};
+
+class ContiguousReader final : public ArrayReader {
+public:
+    ContiguousReader(Hdf5File& file, Handle dataSet, const std::string& label, const ArrayShape& shape)
+        : ArrayReader(file, std::move(dataSet), label, shape)
+    {
+        const std::uint64_t bytes = shape.valueCount() * sizeOf(shape.type);
+        if (bytes == 0)
+            return;
+        _offset = H5Dget_offset(_dataSet.get());
+        const std::uint64_t end = file.channel().size();
+        if (_offset == HADDR_UNDEF || _offset > end || bytes > end - _offset)
+            throw FormatError(_label + " has " + std::to_string(bytes) + " bytes, which are not in a file of " +
+                              std::to_string(end) + " bytes");
+    }
+
+private:
+    void readValues(std::uint64_t first, std::uint64_t count, const Target& target) const override
+    {
+        const std::size_t size = sizeOf(_shape.type);
+        if (target.isSame) {
+            _file.channel().read(_offset + first * size, target.values, count * size);
+            return;
+        }
+        auto* values = static_cast<unsigned char*>(target.values);
+        std::vector<unsigned char>& buffer = _file.buffer();
+        const std::uint64_t block = buffer.size() / size;
+        for (std::uint64_t done = 0; done < count; done += block) {
+            const std::uint64_t n = std::min(block, count - done);
+            _file.channel().read(_offset + (first + done) * size, buffer.data(), n * size);
+            target.convert(buffer.data(), values + done * target.size, n);
+        }
+    }
+
+    std::uint64_t _offset = 0;
+};
+
+// Layouts that we do not write but that a tool may have made of ours (h5repack): HDF5 reads them.
+class LibraryReader final : public ArrayReader {
+public:
+    using ArrayReader::ArrayReader;
+
+    static std::unique_ptr<ArrayReader> make(Hdf5File& file, Handle dataSet, const std::string& label,
+                                             const ArrayShape& shape)
+    {
+        return std::unique_ptr<ArrayReader>(new LibraryReader(file, std::move(dataSet), label, shape));
+    }
+
+private:
+    void readValues(std::uint64_t first, std::uint64_t count, const Target& target) const override
+    {
+        // Whole rows through a hyperslab; the few values before and behind them with their rows.
+        const QuietErrors quiet;
+        const std::size_t size = sizeOf(_shape.type);
+        auto* values = static_cast<unsigned char*>(target.values);
+        std::vector<unsigned char>& buffer = _file.buffer();
+        const std::uint64_t rowBytes = _shape.columns * size;
+        std::vector<unsigned char> wideRows;
+        if (rowBytes > buffer.size())
+            wideRows.resize(rowBytes);
+        unsigned char* rows = wideRows.empty() ? buffer.data() : wideRows.data();
+        const std::uint64_t block = std::max<std::uint64_t>(1, buffer.size() / rowBytes);
+        for (std::uint64_t done = 0; done < count;) {
+            const std::uint64_t row = (first + done) / _shape.columns;
+            const std::uint64_t rowCount = std::min(block, _shape.rows - row);
+            readRows(row, rowCount, rows);
+            const std::uint64_t skip = first + done - row * _shape.columns;
+            const std::uint64_t n = std::min(rowCount * _shape.columns - skip, count - done);
+            target.convert(rows + skip * size, values + done * target.size, n);
+            done += n;
+        }
+    }
+
+    void readRows(std::uint64_t row, std::uint64_t count, unsigned char* bytes) const
+    {
+        const hsize_t start[] = {row, 0};
+        const hsize_t extent[] = {count, _shape.columns};
+        const Handle space = checkedId(H5Dget_space(_dataSet.get()), _label);
+        const int rank = H5Sget_simple_extent_ndims(space.get());
+        checkedCall(H5Sselect_hyperslab(space.get(), H5S_SELECT_SET, start, nullptr, extent, nullptr), "selection");
+        const Handle memory = checkedId(H5Screate_simple(rank, extent, nullptr), "memory space");
+        checkedCall(H5Dread(_dataSet.get(), fileTypeOf(_shape.type), memory.get(), space.get(), H5P_DEFAULT, bytes),
+                    _label);
+    }
+};
+
+ArrayShape shapeOf(hid_t dataSet)
+{
+    const Handle type = checkedId(H5Dget_type(dataSet), "type");
+    const Handle space = checkedId(H5Dget_space(dataSet), "space");
+    ArrayShape shape;
+    shape.type = storedTypeOf(type.get());
+    hsize_t extent[2] = {0, 1};
+    const int rank = H5Sget_simple_extent_type(space.get()) == H5S_SIMPLE ? H5Sget_simple_extent_ndims(space.get()) : 0;
+    if (rank != 1 && rank != 2)
+        throw FormatError("has " + std::to_string(rank) + " dimensions, 1 or 2 expected");
+    checkedCall(H5Sget_simple_extent_dims(space.get(), extent, nullptr), "extent");
+    shape.rows = extent[0];
+    shape.columns = extent[1];
+    if (shape.columns == 0 || shape.rows > largestArray || shape.columns > largestArray ||
+        (shape.rows > 0 && shape.columns > largestArray / shape.rows / sizeOf(shape.type)))
+        throw FormatError("has an extent of " + std::to_string(shape.rows) + " times " + std::to_string(shape.columns));
+    return shape;
+}
+
+} // namespace
+
+std::string arrayLabel(hid_t group, const std::string& name)
+{
+    return pathOf(group) + "/" + name;
+}
+
+ArrayWriter::ArrayWriter(Hdf5File& file, Handle dataSet, const std::string& label, const ArrayShape& shape)
+    : _file(file), _dataSet(std::move(dataSet)), _label(label), _shape(shape)
+{}
+
+ArrayWriter::~ArrayWriter() = default;
+
+std::unique_ptr<ArrayWriter> ArrayWriter::create(Hdf5File& file, hid_t group, const std::string& name,
+                                                 const ArrayShape& shape, int compression)
+{
+    const QuietErrors quiet;
+    const std::string label = arrayLabel(group, name);
+    if (shape.rows > largestArray || shape.columns > largestArray ||
+        (shape.rows > 0 && shape.columns > largestArray / shape.rows / sizeOf(shape.type)))
+        throw FormatError(label + " would have " + std::to_string(shape.rows) + " times " +
+                          std::to_string(shape.columns) + " values");
+    const hsize_t extent[] = {shape.rows, shape.columns};
+    const Handle space = checkedId(H5Screate_simple(shape.columns == 1 ? 1 : 2, extent, nullptr), label);
+    const Handle properties = checkedId(H5Pcreate(H5P_DATASET_CREATE), label);
+    const bool isChunked = compression > 0 && canBeChunked(shape);
+    if (isChunked) {
+        setChunks(properties.get(), shape, compression);
+    } else {
+        checkedCall(H5Pset_fill_time(properties.get(), H5D_FILL_TIME_NEVER), label);
+        checkedCall(H5Pset_alloc_time(properties.get(), H5D_ALLOC_TIME_EARLY), label);
+    }
+    const hid_t type = fileTypeOf(shape.type);
+    const bool isTaken = !name.empty() && hasLink(group, name);
+    const hid_t id = name.empty() || isTaken ? H5Dcreate_anon(group, type, space.get(), properties.get(), H5P_DEFAULT)
+                                             : H5Dcreate2(group, name.c_str(), type, space.get(), H5P_DEFAULT,
+                                                          properties.get(), H5P_DEFAULT);
+    Handle dataSet = checkedId(id, label);
+    if (isTaken)
+        file.linkAtCommit(id, group, name);
+    if (isChunked)
+        return makeChunkedWriter(file, std::move(dataSet), label, shape, compression);
+    return std::make_unique<ContiguousWriter>(file, std::move(dataSet), label, shape);
+}
+
+void ArrayWriter::write(std::uint64_t first, std::uint64_t count, const Source& source)
+{
+    checkRange(_label, _shape, first, count);
+    if (count > 0)
+        writeValues(first, count, source);
+}
+
+void ArrayWriter::read(std::uint64_t first, std::uint64_t count, const Target& target)
+{
+    checkRange(_label, _shape, first, count);
+    if (count > 0)
+        readValues(first, count, target);
+}
+
+void ArrayWriter::link(hid_t group, const std::string& name)
+{
+    const QuietErrors quiet;
+    checkedCall(H5Olink(_dataSet.get(), group, name.c_str(), H5P_DEFAULT, H5P_DEFAULT), arrayLabel(group, name));
+}
+
+void ArrayWriter::finish()
+{}
+
+ArrayReader::ArrayReader(Hdf5File& file, Handle dataSet, const std::string& label, const ArrayShape& shape)
+    : _file(file), _dataSet(std::move(dataSet)), _label(label), _shape(shape)
+{}
+
+ArrayReader::~ArrayReader() = default;
+
+std::unique_ptr<ArrayReader> ArrayReader::open(Hdf5File& file, hid_t group, const std::string& name)
+{
+    const QuietErrors quiet;
+    const std::string label = arrayLabel(group, name);
+    Handle dataSet = checkedId(H5Dopen2(group, name.c_str(), H5P_DEFAULT), label);
+    ArrayShape shape;
+    try {
+        shape = shapeOf(dataSet.get());
+    } catch (const FormatError& error) {
+        throw FormatError(label + " " + error.what());
+    }
+    const Handle properties = checkedId(H5Dget_create_plist(dataSet.get()), label);
+    const H5D_layout_t layout = H5Pget_layout(properties.get());
+    if (layout == H5D_CONTIGUOUS && H5Pget_external_count(properties.get()) == 0)
+        return std::make_unique<ContiguousReader>(file, std::move(dataSet), label, shape);
+    if (layout == H5D_CHUNKED)
+        registerZstandard();
+    if (layout == H5D_CHUNKED && isOurPipeline(properties.get(), shape))
+        return makeChunkedReader(file, std::move(dataSet), label, shape);
+    if (layout != H5D_COMPACT && layout != H5D_CHUNKED)
+        throw FormatError(label + " has a layout that these files do not have");
+    return LibraryReader::make(file, std::move(dataSet), label, shape);
+}
+
+void ArrayReader::read(std::uint64_t first, std::uint64_t count, const Target& target) const
+{
+    checkRange(_label, _shape, first, count);
+    if (count > 0)
+        readValues(first, count, target);
+}
+
+void ArrayReader::checkPlausible() const
+{
+    constexpr std::uint64_t bestRatio = 1000; // of compressing a table that is worth reading whole
+    const std::uint64_t bytes = _shape.valueCount() * sizeOf(_shape.type);
+    if (bytes / bestRatio > _file.channel().size())
+        throw FormatError(_label + " has " + std::to_string(bytes) + " bytes, which are not in a file of " +
+                          std::to_string(_file.channel().size()) + " bytes");
+}
+
+template <class T>
+void writeArray(Hdf5File& file, hid_t group, const std::string& name, const std::vector<T>& values,
+                std::uint64_t columns)
+{
+    const ArrayShape shape{storedAs<T>(), values.size() / columns, columns};
+    const auto array = ArrayWriter::create(file, group, name, shape, 0);
+    array->write(0, values.size(), sourceOf(values.data(), shape.type));
+}
+
+template void writeArray(Hdf5File&, hid_t, const std::string&, const std::vector<unsigned char>&, std::uint64_t);
+template void writeArray(Hdf5File&, hid_t, const std::string&, const std::vector<int>&, std::uint64_t);
+template void writeArray(Hdf5File&, hid_t, const std::string&, const std::vector<std::uint64_t>&, std::uint64_t);
+template void writeArray(Hdf5File&, hid_t, const std::string&, const std::vector<std::int64_t>&, std::uint64_t);
+
+} // namespace meridyn::hdf5

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace meridyn::hdf5 {
+
+/// The bytes of one open file. HDF5 and our own array code share it: both read and write through it, so that there is
+/// one lock, one place where errors get their words, and one place that protects the old content of a file.
+///
+/// Read     shared lock; a change that a killed writer left behind in the journal is seen as done.
+/// Create   exclusive lock, empty file.
+/// Append   exclusive lock; bytes below the size at opening are frozen: what is written there is held back in memory
+///          until commit, what is written behind goes to the file at once. So whatever happens before the commit, the
+///          file stays what it was, with bytes behind its end that nothing refers to.
+class FileChannel {
+public:
+    enum class Mode {
+        Read,
+        Create,
+        Append
+    };
+
+    /// @throws FormatError that says what the system said
+    FileChannel(const std::string& path, Mode mode);
+    ~FileChannel();
+    FileChannel(const FileChannel&) = delete;
+    FileChannel& operator=(const FileChannel&) = delete;
+
+    /// Reads exactly `size` bytes.
+    /// @throws FormatError on an error and beyond the end of the file
+    void read(std::uint64_t offset, void* buffer, std::size_t size) const;
+
+    /// The same without the demand: bytes beyond the end read as 0, as HDF5 expects of files that it allocates in.
+    void readPadded(std::uint64_t offset, void* buffer, std::size_t size) const;
+
+    void write(std::uint64_t offset, const void* buffer, std::size_t size);
+
+    std::uint64_t size() const;
+    void resize(std::uint64_t size);
+
+    /// Everything that was written is on the disk afterwards, for Append with the bytes that were held back: either all
+    /// of them or, if the process ends on the way, as soon as the file is opened next.
+    void commit();
+
+    /// From now on writing does nothing, so that HDF5 can close a file that will not be kept.
+    void discard() { _isDiscarding = true; }
+
+    /// Gives file and lock back; an appended file whose change was discarded gets its old size back. HDF5 may keep the
+    /// object itself for longer, if it could not close the file: it then reads and writes nothing any more.
+    void close() noexcept;
+
+    const std::string& path() const { return _path; }
+    Mode mode() const { return _mode; }
+
+    /// Bytes below this offset are held back when written.
+    std::uint64_t frozenSize() const { return _frozenSize; }
+
+private:
+    using Pages = std::map<std::uint64_t, std::vector<unsigned char>>; // by offset of the page
+
+    void lock();
+    void recover();
+    void freeze();
+    void hold(std::uint64_t offset, const unsigned char* bytes, std::size_t size);
+    void patch(std::uint64_t offset, unsigned char* bytes, std::size_t size) const;
+    std::size_t readFile(std::uint64_t offset, void* buffer, std::size_t size) const;
+    void writeFile(std::uint64_t offset, const void* buffer, std::size_t size);
+    void applyPages(const Pages& pages);
+
+    std::string _path;
+    Mode _mode;
+    int _descriptor = -1;
+    bool _isDiscarding = false;
+    std::uint64_t _frozenSize = 0;
+    Pages _held;
+};
+
+/// Folder of a path, "." for a bare name.
+std::string folderOf(const std::string& path);
+
+/// Brings the entries of a folder to the disk. Errors are ignored: not every file system can do it.
+void syncFolder(const std::string& folder);
+
+/// "open: Permission denied", from errno.
+std::string systemWords(const char* call);
+
+} // namespace meridyn::hdf5

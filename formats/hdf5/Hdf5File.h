@@ -1,0 +1,93 @@
+#pragma once
+
+#include "Hdf5Handle.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace meridyn::hdf5 {
+
+class FileChannel;
+struct ChunkWorkspace;
+
+/// An open HDF5 file: for reading, for writing anew, for adding to it.
+///
+/// A new file is written beside its final name ("<name>.tmp") and gets the name at commit; until then a file that
+/// already bears it stays what it is. A file that is added to is protected by its channel, see FileChannel.
+class Hdf5File {
+public:
+    static std::unique_ptr<Hdf5File> openForReading(const std::string& path);
+    static std::unique_ptr<Hdf5File> create(const std::string& path);
+    static std::unique_ptr<Hdf5File> openForAppending(const std::string& path);
+
+    /// Drops what was written unless it was committed.
+    ~Hdf5File();
+    Hdf5File(const Hdf5File&) = delete;
+    Hdf5File& operator=(const Hdf5File&) = delete;
+
+    hid_t id() const { return _file.get(); }
+    FileChannel& channel() const { return *_channel; }
+    bool isAppending() const { return _isAppending; }
+
+    /// Room for values on their way, small enough to stay in the processor's cache.
+    std::vector<unsigned char>& buffer() { return _buffer; }
+
+    ChunkWorkspace& chunks();
+
+    /// Links an object under a name at commit, in place of what bears it now: until then nothing of the old file's
+    /// space is given back, and so nothing new is written over it.
+    void linkAtCommit(hid_t object, hid_t group, const std::string& name);
+
+    /// Closes the file, brings it to the disk and, for a new one, gives it its name. Nothing may be used afterwards.
+    /// @throws FormatError; the change is then dropped
+    void commit();
+
+private:
+    explicit Hdf5File(std::string path);
+    void closeForGood() noexcept;
+    void linkAll();
+
+    struct PendingLink {
+        Handle object;
+        Handle group;
+        std::string name;
+    };
+
+    std::string _path;
+    std::string _temporaryPath; // empty but for a new file
+    std::shared_ptr<FileChannel> _channel;
+    Handle _file;
+    std::vector<PendingLink> _pendingLinks;
+    std::vector<unsigned char> _buffer;
+    std::unique_ptr<ChunkWorkspace> _chunks; // made when the first compressed array needs it
+    bool _isAppending = false;
+    bool _isOpen = false;
+};
+
+/// @name Groups
+/// Paths are relative to the given group and made of link names.
+/// @{
+bool hasLink(hid_t group, const std::string& name);
+Handle openGroup(hid_t group, const std::string& name);
+Handle createGroup(hid_t group, const std::string& name); ///< keeps the order in which links and attributes are made
+Handle openOrCreateGroup(hid_t group, const std::string& name);
+Handle replaceGroup(Hdf5File& file, hid_t group, const std::string& name); ///< empty; an old one stays until commit
+std::vector<std::string> linkNames(hid_t group);                           ///< in the order in which they were made
+void removeLink(hid_t group, const std::string& name);
+/// @}
+
+/// @name Names
+/// Link and attribute names hold any bytes: those that HDF5 cannot carry, and '%', are written as % and two hexadecimal
+/// digits; an empty name is "%".
+/// @{
+std::string encodeName(const std::string& name);
+std::string encodeAttributeName(const std::string& name); ///< also keeps clear of the names that begin with "kel_"
+std::string decodeName(const std::string& name);
+/// @}
+
+/// Path of an object for messages, e.g. "/faces/cell0".
+std::string pathOf(hid_t object);
+
+} // namespace meridyn::hdf5

@@ -1,0 +1,58 @@
+#include "Hdf5Handle.h"
+
+#include "FormatError.h"
+
+namespace meridyn::hdf5 {
+
+namespace {
+
+herr_t keepInnermost(unsigned depth, const H5E_error2_t* error, void* data)
+{
+    if (depth == 0 && error->desc != nullptr)
+        *static_cast<std::string*>(data) = error->desc;
+    return 0;
+}
+
+} // namespace
+
+Handle::~Handle()
+{
+    if (_id < 0)
+        return;
+    const QuietErrors quiet;
+    if (H5Iis_valid(_id) > 0) // the file's own close may have closed it already
+        H5Idec_ref(_id);
+}
+
+QuietErrors::QuietErrors()
+{
+    H5Eget_auto2(H5E_DEFAULT, &_function, &_data);
+    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+}
+
+QuietErrors::~QuietErrors()
+{
+    H5Eset_auto2(H5E_DEFAULT, _function, _data);
+}
+
+std::string hdf5Words()
+{
+    std::string words;
+    H5Ewalk2(H5E_DEFAULT, H5E_WALK_UPWARD, keepInnermost, &words);
+    return words.empty() ? "HDF5 gives no reason" : words;
+}
+
+Handle checkedId(hid_t id, const std::string& what)
+{
+    if (id < 0)
+        throw FormatError(what + ": " + hdf5Words());
+    return Handle(id);
+}
+
+void checkedCall(long long result, const std::string& what)
+{
+    if (result < 0)
+        throw FormatError(what + ": " + hdf5Words());
+}
+
+} // namespace meridyn::hdf5

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace meridyn::hdf5 {
+
+/// The change of a file's old bytes that an append is about to make, in a file beside it ("<name>.journal").
+///
+/// It is complete and on the disk before the first old byte is changed, and removed when the last one is. Whoever opens
+/// the file and finds a complete journal finishes the change; an incomplete one is dropped, since then nothing was
+/// changed yet. It holds checksums of the old and of the new bytes, so that it is never applied to another file of
+/// the same name.
+struct Journal {
+    struct Block {
+        std::uint64_t offset = 0;
+        std::uint64_t oldSum = 0;
+        std::vector<unsigned char> bytes;
+    };
+
+    std::vector<Block> blocks;
+
+    static std::string pathFor(const std::string& file);
+
+    /// Writes and syncs it.
+    void store(const std::string& file) const;
+
+    /// @return false when there is none, or none that is complete
+    static bool load(const std::string& file, Journal& journal);
+
+    static void remove(const std::string& file);
+};
+
+/// Checksum of a block: FNV-1a, 64 bits.
+std::uint64_t checksum(const unsigned char* bytes, std::size_t size);
+
+} // namespace meridyn::hdf5

@@ -1,0 +1,351 @@
+#include "KelHdf5Consumer.h"
+
+#include "Attributes.h"
+#include "ConsumerData.h"
+#include "FileIdentity.h"
+#include "ZoneStore.h"
+
+#include <list>
+#include <unistd.h>
+
+namespace meridyn {
+
+using namespace hdf5;
+
+namespace {
+
+std::vector<ZoneRange> zoneRanges(const KelBase& base, KelZoneCategory category)
+{
+    std::vector<int> ids;
+    base.getZoneIds(category, ids);
+    std::vector<ZoneRange> zones;
+    for (const int id : ids) {
+        ZoneRange zone{id, 0, 0};
+        base.getZoneSizeInfo(id, KEL_ZONE_FIRST_ID, zone.first);
+        base.getZoneSizeInfo(id, KEL_ZONE_LAST_ID, zone.last);
+        zones.push_back(zone);
+    }
+    return zones;
+}
+
+unsigned64 meshSize(const KelBase& base, int type)
+{
+    unsigned64 size = 0;
+    base.getMeshSize(static_cast<KelMeshSizeType>(type), size);
+    return size;
+}
+
+void takeInfos(const KelBase& base, ZoneRecord& zone)
+{
+    switch (zone.category) {
+    case KEL_NODE_ZONE:
+        base.getNodeZoneInfo(zone.id, KEL_NODE_ZONE_INFO_0, zone.infos[0]);
+        break;
+    case KEL_EDGE_ZONE:
+        for (int i = 0; i < 2; ++i)
+            base.getEdgeZoneInfo(zone.id, static_cast<KelEdgeZoneInfoType>(i), zone.infos[i]);
+        break;
+    case KEL_FACE_ZONE:
+        for (int i = 0; i < 6; ++i)
+            base.getFaceZoneInfo(zone.id, static_cast<KelFaceZoneInfoType>(i), zone.infos[i]);
+        base.getAllFaceZoneFlags(zone.id, zone.flags);
+        break;
+    default:
+        for (int i = 0; i < 2; ++i)
+            base.getCellZoneInfo(zone.id, static_cast<KelCellZoneInfoType>(i), zone.infos[i]);
+    }
+}
+
+void takeNeighbours(KelBase& base, ZoneRecord& zone)
+{
+    std::list<int> ids;
+    if (zone.category == KEL_FACE_ZONE) {
+        base.getFaceCellZone0Ids(zone.id, ids);
+        zone.neighbours[0].assign(ids.begin(), ids.end());
+        base.getFaceCellZone1Ids(zone.id, ids);
+        zone.neighbours[1].assign(ids.begin(), ids.end());
+    } else if (zone.category == KEL_CELL_ZONE) {
+        base.getCellFaceZoneIds(zone.id, ids);
+        zone.neighbours[0].assign(ids.begin(), ids.end());
+    }
+}
+
+std::vector<ZoneRecord> takeZones(KelBase& base)
+{
+    std::vector<ZoneRecord> zones;
+    for (int category = 0; category < categoryCount; ++category)
+        for (const ZoneRange& range : zoneRanges(base, static_cast<KelZoneCategory>(category))) {
+            ZoneRecord zone;
+            zone.category = category;
+            zone.id = range.id;
+            zone.first = range.first;
+            zone.last = range.last;
+            base.getZoneSizeInfo(range.id, KEL_ZONE_EXTRA_SIZE, zone.extra);
+            base.getZoneStringInfo(range.id, KEL_ZONE_STRING_0, zone.texts[0]);
+            base.getZoneStringInfo(range.id, KEL_ZONE_STRING_1, zone.texts[1]);
+            takeInfos(base, zone);
+            takeNeighbours(base, zone);
+            zones.push_back(std::move(zone));
+        }
+    return zones;
+}
+
+} // namespace
+
+KelHdf5Consumer::KelHdf5Consumer() : _data(std::make_unique<Data>(*this))
+{}
+
+KelHdf5Consumer::~KelHdf5Consumer() = default;
+
+void KelHdf5Consumer::setAppendOn(bool on)
+{
+    _data->appends = on;
+}
+
+void KelHdf5Consumer::setOverrideSettingsOn(bool on)
+{
+    _data->overridesSettings = on;
+}
+
+void KelHdf5Consumer::setWriteSettingsOn(bool on)
+{
+    _data->writesSettings = on;
+}
+
+void KelHdf5Consumer::setCompression(int level)
+{
+    _data->compression = std::clamp(level, 0, 9);
+}
+
+bool KelHdf5Consumer::isWritingData()
+{
+    return _data->sessions[KEL_CASE] || _data->sessions[KEL_DATA];
+}
+
+bool KelHdf5Consumer::openData(KelDataClass dataClass, const std::string& fileName)
+{
+    if (dataClass != KEL_CASE && dataClass != KEL_DATA)
+        return false;
+    if (_data->sessions[dataClass]) {
+        _data->post(_data->sessions[dataClass]->path + ": is being written already", "startWriting");
+        return false;
+    }
+    _data->sessions[dataClass] = std::make_unique<Data::Session>();
+    _data->sessions[dataClass]->path = fileName;
+    const bool isOpen =
+        _data->attempt(dataClass, "startWriting", [&](Data::Session& target) { _data->open(target, dataClass); });
+    if (isOpen) {
+        _data->current = dataClass;
+        setFileVersion(dataClass, formatVersion());
+    } else {
+        _data->forget(dataClass);
+        _data->sessions[dataClass].reset();
+    }
+    return isOpen;
+}
+
+void KelHdf5Consumer::Data::open(Session& target, KelDataClass dataClass)
+{
+    if (appends && ::access(target.path.c_str(), F_OK) == 0) {
+        target.file = Hdf5File::openForAppending(target.path);
+        const std::string version = readIdentity(target.file->id(), dataClass);
+        if (writer.isSupported(version) != KEL_READABLE)
+            throw FormatError("has the format version '" + version + "', " + formatVersion() +
+                              " or older can be added to");
+        target.log = readLog(*target.file, target.file->id());
+    } else {
+        target.file = Hdf5File::create(target.path);
+    }
+    writeIdentity(target.file->id(), dataClass);
+}
+
+// ---- the mesh that is written ----
+
+MeshDescription KelHdf5Consumer::Data::currentMesh() const
+{
+    const KelBase& base = writer;
+    return {[&base](KelZoneCategory category) { return zoneRanges(base, category); },
+            [&base](KelZoneCategory category) { return meshSize(base, KEL_MESH_SIZE_1 + static_cast<int>(category)); },
+            [&base] { return meshSize(base, KEL_MESH_DIMENSION); }};
+}
+
+MeshDescription KelHdf5Consumer::Data::MeshState::description() const
+{
+    return {[this](KelZoneCategory category) {
+                std::vector<ZoneRange> ranges;
+                for (const ZoneRecord& zone : zones)
+                    if (zone.category == category)
+                        ranges.push_back({zone.id, zone.first, zone.last});
+                return ranges;
+            },
+            [this](KelZoneCategory category) { return sizes[KEL_MESH_SIZE_1 + static_cast<int>(category)]; },
+            [this] { return sizes[KEL_MESH_DIMENSION]; }};
+}
+
+KelHdf5Consumer::Data::MeshState KelHdf5Consumer::Data::takeState() const
+{
+    MeshState state;
+    state.zones = takeZones(writer);
+    for (int i = KEL_MESH_DIMENSION; i <= KEL_MESH_SIZE_4; ++i)
+        state.sizes[i] = meshSize(writer, i);
+    writer.getMeshUnits(state.units);
+    return state;
+}
+
+void KelHdf5Consumer::Data::followMesh(Session& target, KelDataClass dataClass)
+{
+    const MeshKey key = MeshKey::ofContext(writer.getMeshId(), writer.getTarget(), writer.getPartitionId());
+    if (target.key == key)
+        return;
+    if (target.key) {
+        if (!target.stored)
+            throw FormatError("another mesh was chosen, but writeMeshSize has not stored the zones of " +
+                              target.key->groupName());
+        const MeshState state = std::move(*target.stored);
+        finishMesh(target, dataClass, state);
+    }
+    startMesh(target, dataClass, key);
+}
+
+void KelHdf5Consumer::Data::startMesh(Session& target, KelDataClass dataClass, const MeshKey& key)
+{
+    const Handle meshes = openOrCreateGroup(target.file->id(), "meshes");
+    if (dataClass == KEL_CASE) {
+        target.mesh = replaceGroup(*target.file, meshes.get(), key.groupName());
+        mesh = std::make_unique<MeshWriter>(*target.file, target.mesh.get(), currentMesh(), compression);
+    } else {
+        target.mesh = openOrCreateGroup(meshes.get(), key.groupName());
+        solution = std::make_unique<DataWriter>(*target.file, target.mesh.get(), compression);
+    }
+    target.key = key;
+}
+
+void KelHdf5Consumer::Data::finishMesh(Session& target, KelDataClass dataClass, const MeshState& state)
+{
+    if (set && setClass == dataClass)
+        set->finish();
+    if (dataClass == KEL_CASE)
+        finishCase(state);
+    else
+        finishSolution();
+    writeZones(*target.file, target.mesh.get(), state.zones);
+    forget(dataClass);
+    target.mesh = Handle();
+    target.key.reset();
+    target.stored.reset();
+}
+
+void KelHdf5Consumer::writeMeshAttributes() const
+{
+    for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
+        if (Data::Session* const session = _data->session(dataClass))
+            session->stored = _data->takeState();
+}
+
+bool KelHdf5Consumer::closeData(KelDataClass dataClass)
+{
+    if (_data->session(dataClass) == nullptr) {
+        _data->post(getFile(dataClass) + ": is not being written", "endWriting");
+        return false;
+    }
+    bool isComplete = _data->attempt(dataClass, "endWriting", [&](Data::Session& target) {
+        _data->followMesh(target, dataClass);
+        _data->finishMesh(target, dataClass, _data->takeState());
+        if (_data->hasLocations[dataClass])
+            writeLongText(*target.file, target.file->id(), "locations", _data->locations);
+        if (target.hasNewLog)
+            writeLog(*target.file, target.file->id(), target.log);
+    });
+    _data->forget(dataClass);
+    isComplete =
+        isComplete && _data->attempt(dataClass, "endWriting", [](Data::Session& target) { target.file->commit(); });
+    _data->sessions[dataClass].reset();
+    _data->current = _data->sessions[KEL_CASE] ? KEL_CASE : KEL_DATA;
+    return isComplete;
+}
+
+void KelHdf5Consumer::Data::forget(KelDataClass dataClass)
+{
+    if (setClass == dataClass)
+        set.reset();
+    if (dataClass == KEL_DATA) {
+        setData.reset();
+        tracks.reset();
+        values = nullptr;
+        solution.reset();
+        return;
+    }
+    section = nullptr;
+    sections.clear();
+    mesh.reset();
+    for (std::vector<int>& zones : interfaceZones)
+        zones.clear();
+}
+
+void KelHdf5Consumer::Data::finishCase(const MeshState& state)
+{
+    for (const auto& [path, field] : sections)
+        field->finish();
+    mesh->finish(state.description());
+    writeNumbers(mesh->group(), "sizes", {state.sizes + KEL_MESH_SIZE_1, state.sizes + KEL_MESH_SIZE_4 + 1});
+    writeText(mesh->group(), "units", state.units);
+    const hid_t faces = mesh->groupOf(KEL_FACE_ZONE);
+    if (!hasLink(faces, "interface"))
+        return;
+    const Handle group = openGroup(faces, "interface");
+    for (int side = 0; side < 2; ++side)
+        writeNumbers(group.get(), "zones" + std::to_string(side),
+                     {interfaceZones[side].begin(), interfaceZones[side].end()});
+}
+
+void KelHdf5Consumer::Data::finishSolution()
+{
+    if (setData)
+        setData->finish();
+    if (!solution->hasLevel() && selectedLevel())
+        solution->level(selectedLevel()); // a level without values
+    mergeCatalogue();
+    solution->finish();
+}
+
+void KelHdf5Consumer::writeSettingStrings(const std::vector<std::pair<std::string, std::string>>& pairs,
+                                          KelDataClass dataClass, const std::string& group) const
+{
+    if (!_data->writesSettings)
+        return;
+    _data->attempt(dataClass, "writeSettingStrings", [&](Data::Session& target) {
+        writeSettings(target.file->id(), group, pairs, _data->overridesSettings);
+    });
+}
+
+bool KelHdf5Consumer::addStringAttribute(const std::string& section, const std::string& group, const std::string& name,
+                                         const std::string& value) const
+{
+    return _data->attempt(_data->current, "addStringAttribute", [&](Data::Session& target) {
+        writeSettings(target.file->id(), section + "/" + group, {{name, value}}, true);
+    });
+}
+
+void KelHdf5Consumer::log(std::vector<std::pair<std::string, std::string>> entries, KelDataClass dataClass)
+{
+    _data->attempt(dataClass, "log", [&](Data::Session& target) {
+        target.log.insert(target.log.end(), entries.begin(), entries.end());
+        target.hasNewLog = true;
+    });
+}
+
+int KelHdf5Consumer::getLastLogIndex(KelDataClass dataClass) const
+{
+    const Data::Session* const session = _data->session(dataClass);
+    return session == nullptr ? -1 : static_cast<int>(session->log.size()) - 1;
+}
+
+void KelHdf5Consumer::cacheLocationModelState(const std::string& state) const
+{
+    const bool isData = !_data->sessions[KEL_CASE] && _data->sessions[KEL_DATA];
+    _data->locations = state;
+    _data->hasLocations[KEL_CASE] = !isData;
+    _data->hasLocations[KEL_DATA] = isData;
+}
+
+} // namespace meridyn

@@ -1,0 +1,77 @@
+#include "MeshLayout.h"
+
+#include <charconv>
+
+namespace meridyn::hdf5 {
+
+namespace {
+
+const ArrayInfo listInfos[listsCount] = {
+    {KEL_EDGE_ZONE, "node", KEL_NODE_ZONE},  {KEL_FACE_ZONE, "node", KEL_NODE_ZONE},
+    {KEL_FACE_ZONE, "child", KEL_FACE_ZONE}, {KEL_CELL_ZONE, "node", KEL_NODE_ZONE},
+    {KEL_CELL_ZONE, "face", KEL_FACE_ZONE},  {KEL_CELL_ZONE, "child", KEL_CELL_ZONE},
+};
+
+const ArrayInfo idInfos[idsCount] = {
+    {KEL_FACE_ZONE, "cell0", KEL_CELL_ZONE},
+    {KEL_FACE_ZONE, "cell1", KEL_CELL_ZONE},
+    {KEL_FACE_ZONE, "shadow_face", KEL_FACE_ZONE},
+};
+
+const ArrayInfo intInfos[intsCount] = {
+    {KEL_CELL_ZONE, "type", KEL_CELL_ZONE},
+    {KEL_CELL_ZONE, "partition", KEL_CELL_ZONE},
+};
+
+bool takeNumber(const std::string& text, std::size_t& at, const std::string& label, int& value)
+{
+    if (text.compare(at, label.size(), label) != 0)
+        return false;
+    const char* begin = text.data() + at + label.size();
+    const auto [end, error] = std::from_chars(begin, text.data() + text.size(), value);
+    at = static_cast<std::size_t>(end - text.data());
+    return error == std::errc();
+}
+
+} // namespace
+
+const ArrayInfo& infoOf(Lists lists)
+{
+    return listInfos[static_cast<int>(lists)];
+}
+
+const ArrayInfo& infoOf(Ids ids)
+{
+    return idInfos[static_cast<int>(ids)];
+}
+
+const ArrayInfo& infoOf(Ints ints)
+{
+    return intInfos[static_cast<int>(ints)];
+}
+
+bool isCategory(int category)
+{
+    return category >= KEL_NODE_ZONE && category <= KEL_CELL_ZONE;
+}
+
+const char* groupNameOf(KelZoneCategory category)
+{
+    static const char* const names[] = {"nodes", "edges", "faces", "cells"};
+    return isCategory(category) ? names[category] : "other";
+}
+
+std::string MeshKey::groupName() const
+{
+    return "mesh_" + std::to_string(meshId) + "_target_" + std::to_string(target) + "_partition_" +
+           std::to_string(partitionId);
+}
+
+bool MeshKey::parse(const std::string& groupName, MeshKey& key)
+{
+    std::size_t at = 0;
+    return takeNumber(groupName, at, "mesh_", key.meshId) && takeNumber(groupName, at, "_target_", key.target) &&
+           takeNumber(groupName, at, "_partition_", key.partitionId) && at == groupName.size();
+}
+
+} // namespace meridyn::hdf5

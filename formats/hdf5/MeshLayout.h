@@ -1,0 +1,74 @@
+#pragma once
+
+#include "KelTypes.h"
+
+#include <string>
+
+namespace meridyn::hdf5 {
+
+/// The arrays of a mesh and where they stand in the group of their element kind. Order and names are those of the file.
+
+/// Lists of ids per element.
+enum class Lists : int {
+    EdgeNodes,
+    FaceNodes,
+    FaceChildren,
+    CellNodes,
+    CellFaces,
+    CellChildren
+};
+constexpr int listsCount = 6;
+
+/// One id per face.
+enum class Ids : int {
+    Cell0,
+    Cell1,
+    ShadowFace
+};
+constexpr int idsCount = 3;
+
+/// One small number per cell.
+enum class Ints : int {
+    CellTypes,
+    CellPartitions
+};
+constexpr int intsCount = 2;
+
+struct ArrayInfo {
+    KelZoneCategory category; ///< of the elements that carry it
+    const char* name;
+    KelZoneCategory target; ///< of the elements whose ids it holds
+};
+
+const ArrayInfo& infoOf(Lists lists);
+const ArrayInfo& infoOf(Ids ids);
+const ArrayInfo& infoOf(Ints ints);
+
+constexpr int categoryCount = 4;
+bool isCategory(int category);
+
+/// "nodes", "edges", "faces", "cells".
+const char* groupNameOf(KelZoneCategory category);
+
+/// Which mesh a group of a file describes. A writer whose mesh id was never set writes mesh 1; only meshes for
+/// partitioned post-processing have a partition.
+struct MeshKey {
+    int meshId = -1;
+    int target = 0;
+    int partitionId = -1;
+
+    static MeshKey ofContext(int meshId, KelTargetCategory target, int partitionId)
+    {
+        return {meshId < 1 ? 1 : meshId, target, target == KEL_PARTITIONED_POST ? partitionId : -1};
+    }
+
+    std::string groupName() const; ///< "mesh_4_target_2_partition_3"
+    static bool parse(const std::string& groupName, MeshKey& key);
+
+    friend bool operator==(const MeshKey& a, const MeshKey& b)
+    {
+        return a.meshId == b.meshId && a.target == b.target && a.partitionId == b.partitionId;
+    }
+};
+
+} // namespace meridyn::hdf5

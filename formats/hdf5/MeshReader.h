@@ -1,0 +1,67 @@
+#pragma once
+
+#include "FieldArray.h"
+#include "MeshLayout.h"
+#include "RaggedArray.h"
+
+namespace meridyn::hdf5 {
+
+/// Reads the arrays of one mesh from its group; each is opened when it is first asked for.
+///
+/// Elements outside the mesh throw FormatError. A range with elements that have no values gives nothing, but for cell
+/// 1, which is 0 there. Where the room ends, the whole elements that fit are given.
+class MeshReader {
+public:
+    MeshReader(Hdf5File& file, hid_t group);
+
+    std::uint64_t dimension() const { return _dimension; }
+    int partitionCount() const;
+    hid_t group() const { return _group.get(); }
+    Hdf5File& file() const { return _file; }
+
+    template <class T>
+    std::uint64_t coordinates(std::uint64_t first, std::uint64_t last, T* xyz, std::uint64_t capacity) const;
+    std::uint64_t ids(Ids ids, std::uint64_t first, std::uint64_t last, std::uint64_t* values,
+                      std::uint64_t capacity) const;
+    std::uint64_t ints(Ints ints, std::uint64_t first, std::uint64_t last, int* values, std::uint64_t capacity) const;
+    std::uint64_t counts(Lists lists, std::uint64_t first, std::uint64_t last, short* counts,
+                         std::uint64_t capacity) const;
+    std::uint64_t listIds(Lists lists, std::uint64_t first, std::uint64_t last, std::uint64_t* ids,
+                          std::uint64_t capacity) const;
+
+    std::optional<int> uniformInt(Ints ints, std::uint64_t first, std::uint64_t last) const;
+    std::optional<int> uniformCount(Lists lists, std::uint64_t first, std::uint64_t last) const;
+
+private:
+    template <class Reader>
+    struct Lazy {
+        bool isKnown = false;
+        std::unique_ptr<Reader> reader;
+    };
+    struct PlainArray {
+        std::unique_ptr<ArrayReader> array;
+        Coverage given;
+    };
+    struct Rows {
+        std::uint64_t first = 0;
+        std::uint64_t count = 0;
+    };
+
+    Rows rowsOf(KelZoneCategory category, std::uint64_t first, std::uint64_t last) const;
+    const PlainArray* plain(Lazy<PlainArray>& lazy, KelZoneCategory category, const char* name) const;
+    const PlainArray* plainIds(Ids ids) const;
+    const RunArrayReader* intsOf(Ints ints) const;
+    const RaggedReader* listsOf(Lists lists) const;
+
+    Hdf5File& _file;
+    Handle _group;
+    std::uint64_t _dimension = 0;
+    Handle _groups[categoryCount];
+    ElementMap _elements[categoryCount];
+    mutable Lazy<PlainArray> _coordinates;
+    mutable Lazy<PlainArray> _ids[idsCount];
+    mutable Lazy<RunArrayReader> _ints[intsCount];
+    mutable Lazy<RaggedReader> _lists[listsCount];
+};
+
+} // namespace meridyn::hdf5

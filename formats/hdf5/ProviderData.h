@@ -1,0 +1,139 @@
+#pragma once
+
+#include "Catalogue.h"
+#include "FileIdentity.h"
+#include "FormatError.h"
+#include "Hdf5File.h"
+#include "KelHdf5Provider.h"
+#include "KelMessage.h"
+#include "KelMessageRegistrar.h"
+#include "KelSolutionModel.h"
+#include "MeshReader.h"
+#include "SetReader.h"
+
+#include <exception>
+#include <map>
+#include <optional>
+#include <set>
+
+namespace meridyn {
+
+/// What a reader of files keeps between calls.
+struct KelHdf5Provider::Data {
+    explicit Data(KelHdf5Provider& provider) : reader(provider) {}
+
+    /// A data class that is being read.
+    struct Session {
+        std::string path;
+        std::unique_ptr<hdf5::Hdf5File> file;
+        hdf5::Handle mesh; ///< group of the mesh, none in a file without meshes
+    };
+
+    KelHdf5Provider& reader;
+    std::unique_ptr<Session> sessions[2];
+    KelDataClass current = KEL_CASE; ///< opened last and still open
+    bool skipsZones = false;
+    bool wasAskedForLocations = false;
+
+    std::unique_ptr<hdf5::MeshReader> mesh; ///< of the case
+
+    KelZoneCategory sectionCategory = KEL_CELL_ZONE;
+    std::unique_ptr<hdf5::FieldReader> section;
+
+    hdf5::Catalogue catalogue; ///< of the data
+    std::set<std::string> levels;
+    std::unique_ptr<hdf5::FieldReader> values;
+
+    std::unique_ptr<hdf5::MemberReader> set;
+    KelDataClass setClass = KEL_CASE;               ///< that the set belongs to
+    std::unique_ptr<hdf5::ArrayReader> setVariable; ///< values or lengths that were started
+    std::unique_ptr<hdf5::ArrayReader> setOffsets;
+    std::unique_ptr<hdf5::MemberReader> setData;
+
+    hdf5::Handle tracks;
+    hdf5::Handle trackGroup;
+    hdf5::Handle chunk;
+
+    Session* session(KelDataClass dataClass) const
+    {
+        return dataClass == KEL_CASE || dataClass == KEL_DATA ? sessions[dataClass].get() : nullptr;
+    }
+
+    void open(Session& session, KelDataClass dataClass);
+    void loadCase(Session& session, const hdf5::MeshKey& key);
+    void loadSolution(Session& session, const hdf5::MeshKey& key);
+    void selectFirst(const std::vector<int>& timeLevels);
+    void loadLocations() const;
+    void applyZones(Session& session);
+    void adopt(const hdf5::MeshKey& key);
+    void clearMesh();
+    bool hasMesh() const;
+    hdf5::MeshKey chosenMesh() const;
+
+    /// Drops what refers into the file of a data class.
+    void forget(KelDataClass dataClass);
+
+    /// Group of the time level that is read; invalid when there is none.
+    hdf5::Handle levelGroup() const;
+
+    /// Group of a phase in it, and a group in that, by path of link names; invalid when there is none.
+    /// @{
+    hdf5::Handle phaseGroup(const std::string& phase) const;
+    hdf5::Handle groupInPhase(const std::string& phase, const char* name) const;
+    /// @}
+
+    hdf5::Handle setsGroup(KelDataClass dataClass) const; ///< invalid when there is none
+    std::string activePhase() const;                      ///< its unique name; empty without one
+    const hdf5::Catalogue::Variable* variable(const std::string& phase, const std::string& name) const;
+
+    void post(const Session& session, const std::string& text, const char* function) const
+    {
+        reader.getMessageRegistrar()->registerMessage(KelError(session.path + ": " + text, function));
+    }
+
+    /// The answer of a piece of work on an open file; `absent` without one, or when something goes wrong, which is
+    /// posted.
+    template <class Answer, class Work>
+    Answer ask(KelDataClass dataClass, const char* function, Answer absent, Work&& work) const
+    {
+        Session* const target = session(dataClass);
+        if (target == nullptr)
+            return absent;
+        try {
+            const hdf5::QuietErrors quiet;
+            return work(*target);
+        } catch (const std::exception& error) {
+            post(*target, error.what(), function);
+            return absent;
+        }
+    }
+
+    template <class Answer, class Work>
+    Answer askMesh(const char* function, Answer absent, Work&& work) const
+    {
+        if (!mesh)
+            return absent;
+        return ask(KEL_CASE, function, absent, [&](Session&) { return work(*mesh); });
+    }
+
+    template <class Answer, class Work>
+    Answer askSet(const char* function, Answer absent, Work&& work) const
+    {
+        if (!set)
+            return absent;
+        return ask(setClass, function, absent, [&](Session&) { return work(*set); });
+    }
+
+    template <class Answer, class Work>
+    Answer askSetData(const char* function, Answer absent, Work&& work) const
+    {
+        if (!setData)
+            return absent;
+        return ask(KEL_DATA, function, absent, [&](Session&) { return work(*setData); });
+    }
+};
+
+/// A group in a group, along link names; invalid as soon as one is missing.
+hdf5::Handle findGroup(hid_t group, const std::vector<std::string>& path);
+
+} // namespace meridyn

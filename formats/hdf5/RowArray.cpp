@@ -1,0 +1,30 @@
+#include "RowArray.h"
+
+#include "FormatError.h"
+
+namespace meridyn::hdf5 {
+
+RowArray::RowArray(Hdf5File& file, hid_t group, const std::string& name, const ArrayShape& shape, int compression)
+    : _array(ArrayWriter::create(file, group, name, shape, compression))
+{}
+
+void RowArray::check(std::uint64_t row, std::uint64_t rows, std::uint64_t count) const
+{
+    if (row > shape().rows || rows > shape().rows - row)
+        throw FormatError(_array->label() + " has " + std::to_string(shape().rows) + " rows, the positions " +
+                          std::to_string(row + 1) + " to " + std::to_string(row + rows) + " are not among them");
+    if (count != rows * shape().columns)
+        throw FormatError(_array->label() + ": " + std::to_string(count) + " values for " + std::to_string(rows) +
+                          " positions, " + std::to_string(rows * shape().columns) + " expected");
+}
+
+void RowArray::finish()
+{
+    const auto gaps = _coverage.gaps(0, shape().rows);
+    if (!gaps.empty())
+        throw FormatError(_array->label() + " lacks the values of the positions " +
+                          std::to_string(gaps.front().first + 1) + " to " + std::to_string(gaps.front().second));
+    _array->finish();
+}
+
+} // namespace meridyn::hdf5

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "ArrayStore.h"
+#include "Coverage.h"
+
+namespace meridyn::hdf5 {
+
+/// An array that is written row range by row range and must be complete at the end.
+class RowArray {
+public:
+    RowArray(Hdf5File& file, hid_t group, const std::string& name, const ArrayShape& shape, int compression);
+
+    hid_t id() const { return _array->id(); }
+    const ArrayShape& shape() const { return _array->shape(); }
+    ArrayWriter& array() { return *_array; }
+    bool isComplete() const { return _coverage.covers(0, shape().rows); }
+
+    /// @throws FormatError unless `count` values make the rows
+    template <class T>
+    void write(std::uint64_t row, std::uint64_t rows, const T* values, std::uint64_t count)
+    {
+        check(row, rows, count);
+        _array->write(row * shape().columns, count, sourceOf(values, shape().type));
+        _coverage.add(row, row + rows);
+    }
+
+    /// All rows were written to the array itself.
+    void markAll() { _coverage.add(0, shape().rows); }
+
+    /// @throws FormatError when rows are missing
+    void finish();
+
+private:
+    void check(std::uint64_t row, std::uint64_t rows, std::uint64_t count) const;
+
+    std::unique_ptr<ArrayWriter> _array;
+    Coverage _coverage;
+};
+
+} // namespace meridyn::hdf5

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "ArrayStore.h"
+#include "Coverage.h"
+
+#include <map>
+#include <optional>
+
+namespace meridyn::hdf5 {
+
+/// A small integer per element (counts, types, partitions) being written. Stretches of one value cost nothing; an array
+/// in the file is made only when values differ within a call.
+///
+/// In the group: an attribute <name> when all rows have one value, else the array <name>, the table <name>_runs of the
+/// zones that have one value (first row, number of rows, value) and, if rows are missing, the table <name>_given of
+/// those that are there (first row, number of rows).
+class RunArrayWriter {
+public:
+    /// @param missing  value of rows that are never written
+    RunArrayWriter(Hdf5File& file, hid_t group, std::string name, Stored type, std::uint64_t rows, int missing,
+                   int compression);
+    ~RunArrayWriter();
+
+    void setUniform(std::uint64_t row, std::uint64_t count, int value);
+    template <class T>
+    void set(std::uint64_t row, std::uint64_t count, const T* values);
+
+    const Coverage& coverage() const { return _coverage; }
+
+    /// The one value of rows that are known to share one.
+    std::optional<int> uniformValue(std::uint64_t row, std::uint64_t count) const;
+
+    /// Values of rows, those that are missing included.
+    void read(std::uint64_t row, std::uint64_t count, int* values);
+
+    /// Writes what is left. `zones`: rows of the zones whose common values are worth noting.
+    void finish(const std::vector<Coverage::Interval>& zones);
+
+private:
+    struct Run {
+        std::uint64_t end;
+        std::optional<int> value; // none: the values are in the array
+    };
+    using Runs = std::map<std::uint64_t, Run>; // by first row, disjoint
+
+    void assign(std::uint64_t begin, std::uint64_t end, std::optional<int> value);
+    void split(std::uint64_t row);
+    void storeRun(std::uint64_t begin, std::uint64_t end, int value);
+    void storeShortRuns();
+    ArrayWriter& array();
+    std::optional<int> commonValue(std::uint64_t begin, std::uint64_t end);
+    void writeRunTable(const std::vector<Coverage::Interval>& zones);
+
+    Hdf5File& _file;
+    hid_t _group;
+    std::string _name;
+    ArrayShape _shape;
+    int _missing;
+    int _compression;
+    Runs _runs;
+    Coverage _coverage;
+    std::unique_ptr<ArrayWriter> _array;
+};
+
+/// The same being read.
+class RunArrayReader {
+public:
+    /// @return null when there is no such array
+    static std::unique_ptr<RunArrayReader> open(Hdf5File& file, hid_t group, const std::string& name,
+                                                std::uint64_t rows);
+
+    std::uint64_t rows() const { return _rows; }
+    bool covers(std::uint64_t row, std::uint64_t count) const
+    {
+        return count > 0 && _coverage.covers(row, row + count);
+    }
+    std::optional<int> uniformValue(std::uint64_t row, std::uint64_t count) const;
+
+    template <class T>
+    void read(std::uint64_t row, std::uint64_t count, T* values) const;
+
+private:
+    struct Run {
+        std::uint64_t end;
+        int value;
+    };
+
+    std::uint64_t _rows = 0;
+    Coverage _coverage;
+    std::map<std::uint64_t, Run> _runs;
+    std::unique_ptr<ArrayReader> _array; // none when one run has all rows
+};
+
+} // namespace meridyn::hdf5

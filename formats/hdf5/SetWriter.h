@@ -1,0 +1,121 @@
+#pragma once
+
+#include "KelTypes.h"
+#include "RowArray.h"
+#include "SpillFile.h"
+
+#include <map>
+#include <optional>
+
+namespace meridyn::hdf5 {
+
+/// What sets and set data have in common: variables, blocks of other data, texts, in groups of their own.
+///
+///     ids                          ids of the members
+///     variables/<name>             one row per member, attribute kel_type (KelPlainDataType)
+///     lists/<name>/lengths         number of values per member, attribute kel_type (type in which they came)
+///     lists/<name>/offsets         where the values of each member start (members + 1 values)
+///     lists/<name>/values          values of all members one after the other, attribute kel_type
+///     other/<name>                 a block of values, attribute kel_type
+///     texts/<name>                 a text, as bytes
+class MemberWriter {
+public:
+    MemberWriter(Hdf5File& file, Handle group, int compression);
+    virtual ~MemberWriter();
+
+    template <class T>
+    void writeOther(const std::string& name, KelPlainDataType type, const T* values, std::uint64_t count);
+    void writeString(const std::string& name, const std::string& text);
+
+    /// @throws FormatError when something is incomplete
+    virtual void finish();
+
+protected:
+    struct List {
+        std::unique_ptr<RowArray> lengths;
+        std::optional<KelPlainDataType> type;
+        std::unique_ptr<ArrayWriter> offsets;
+        std::unique_ptr<RowArray> values; // rows are values
+    };
+
+    hid_t subgroup(const char* name);
+    RowArray& ids();
+    std::unique_ptr<RowArray> makeVariable(const std::string& name, KelPlainDataType type, std::uint64_t columns);
+    List makeList(const std::string& name, KelPlainDataType lengthType);
+    void openValues(List& list, const std::string& name, KelPlainDataType type);
+
+    Hdf5File& _file;
+    Handle _group;
+    int _compression;
+    std::uint64_t _members = 0;
+    std::map<std::string, Handle> _subgroups;
+    std::unique_ptr<RowArray> _ids;
+    std::map<std::string, std::unique_ptr<RowArray>> _variables;
+    std::map<std::string, List> _lists;
+};
+
+/// A set: sets/<name> with the attributes kel_category and kel_members, the table "blocks" (size, smallest, largest id)
+/// and what MemberWriter has. Everything goes by position, in any order.
+class SetWriter final : public MemberWriter {
+public:
+    SetWriter(Hdf5File& file, hid_t scope, const std::string& name, KelZoneCategory category, int compression);
+
+    void setBlocks(const std::vector<unsigned64>& sizes, const std::vector<unsigned64>& minIds,
+                   const std::vector<unsigned64>& maxIds);
+    void setIds(std::uint64_t first, std::uint64_t last, const unsigned64* ids, std::uint64_t count);
+
+    void startLengths(const std::string& name, KelPlainDataType type);
+    template <class T>
+    void setLengths(std::uint64_t first, std::uint64_t last, const T* lengths, std::uint64_t count);
+    void setUniformLength(std::uint64_t first, std::uint64_t last, std::int64_t length);
+
+    void startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type);
+    template <class T>
+    void setValues(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count);
+
+    void startListValues(const std::string& name, KelPlainDataType type);
+    template <class T>
+    void setListValues(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count);
+
+private:
+    List& currentList();
+    std::uint64_t offsetOf(List& list, std::uint64_t row);
+
+    std::string _listName;
+    RowArray* _variable = nullptr;
+};
+
+/// Set data: set_data/<name> of a phase with the attribute kel_members and what MemberWriter has. Values come in the
+/// order of the members.
+class SetDataWriter final : public MemberWriter {
+public:
+    SetDataWriter(Hdf5File& file, hid_t scope, const std::string& name, std::uint64_t members, int compression);
+
+    void addIds(const unsigned64* ids, std::uint64_t count);
+    void startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type);
+    template <class T>
+    void addValues(const T* values, std::uint64_t count);
+    void startList(const std::string& name, KelPlainDataType type, KelPlainDataType lengthType);
+    template <class T, class L>
+    void addList(const T* values, std::uint64_t count, const L* lengths, std::uint64_t lengthCount);
+    void endList();
+
+    void finish() override;
+
+private:
+    template <class T>
+    void keep(const T* values, std::uint64_t count);
+
+    std::uint64_t _idCount = 0;
+    RowArray* _variable = nullptr;
+    std::uint64_t _variableRows = 0;
+    std::string _listName; // of the open list
+    bool _hasList = false;
+    std::uint64_t _listRows = 0;
+    std::uint64_t _listValues = 0;
+    Stored _listType = Stored::F64;
+    KelPlainDataType _listPlainType = KEL_PLAIN_DOUBLE;
+    std::unique_ptr<SpillFile> _spill;
+};
+
+} // namespace meridyn::hdf5

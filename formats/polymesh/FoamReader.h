@@ -1,0 +1,134 @@
+#pragma once
+
+#include "ByteSource.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace meridyn {
+
+/// A word, number, quoted text or one of the marks ( ) { } [ ] ; of a file.
+struct FoamToken {
+    enum Kind {
+        End,
+        Mark, ///< `text` is the one character
+        Word, ///< also numbers
+        Text  ///< was quoted; `text` is what stood between the quotes
+    };
+    Kind kind = End;
+    std::string text;
+
+    bool is(char mark) const { return kind == Mark && text[0] == mark; }
+    bool is(std::string_view word) const { return kind == Word && text == word; }
+};
+
+/// What the entry FoamFile at the head of a file says.
+struct FoamHeader {
+    std::string className; ///< empty when the file has no such entry
+    bool isBinary = false;
+    unsigned labelBytes = 4;
+    unsigned scalarBytes = 8;
+};
+
+/// Reads the tokens of a file and its lists of numbers, the latter in the file's own form, binary or text.
+///
+/// Every failure is a FoamError that names the file and the line; inside binary data, the byte.
+class FoamReader {
+public:
+    /// As largest count of a list: as many as labels can tell apart. Such a list has to have its entries written out.
+    static constexpr std::uint64_t anyCount = 0xfffffffeU;
+
+    explicit FoamReader(ByteSource& source) : _source(source) {}
+
+    /// Reads the entry FoamFile, if it is next.
+    const FoamHeader& readHeader();
+
+    /// The same, for a file that needs one of certain classes. An empty list takes any.
+    const FoamHeader& readHeader(const std::vector<std::string>& classNames);
+
+    const FoamHeader& header() const { return _header; }
+
+    FoamToken next();
+
+    /// Whether a character is next, behind blanks and comments; whether one of the marks is, or the file ends.
+    bool sees(char character);
+    bool seesMark();
+
+    /// Takes a mark that has to be next.
+    void expect(char mark);
+
+    /// Takes a word or a quoted text that has to be next.
+    std::string word(const char* what);
+
+    /// Takes a whole number from 0 on that has to be next.
+    std::uint64_t count(const char* what);
+
+    /// Takes a number that has to be next.
+    double number(const char* what);
+
+    /// Passes over what is left of an entry: to its ";", or over its "{...}". Knows lists in binary form.
+    void skipEntry();
+
+    /// Passes over the rest of a list whose type name, like "List<vector>", was just taken.
+    void skipList(const std::string& type);
+
+    /// A list of labels, each below `limit`: "n ( a b c )", "( a b c )", "n { a }" or binary.
+    ///
+    /// @param largestCount  more entries are an error
+    std::vector<std::uint32_t> labels(const char* what, std::uint64_t limit, std::uint64_t largestCount);
+
+    /// A list of numbers, `components` for each entry, given one entry after the other. A list of one value for all is
+    /// written out; `largestCount` bounds the entries.
+    std::vector<double> scalars(const char* what, unsigned components, std::uint64_t largestCount);
+
+    /// A list of yes and no, as 1 and 0.
+    std::vector<unsigned char> flags(const char* what, std::uint64_t largestCount);
+
+    /// A list of lists of labels.
+    void faces(std::vector<std::uint64_t>& offsets, std::vector<std::uint32_t>& nodes, std::uint64_t limit);
+
+    /// @throws FoamError with the file and the present line, or the byte in binary data
+    [[noreturn]] void fail(const std::string& problem) const;
+    [[noreturn]] void failExpecting(const std::string& expected, const FoamToken& found) const;
+
+private:
+    struct Opening {
+        bool hasCount = false;
+        bool isRepeated = false; ///< "n { value }"
+        bool isCountAlone = false;
+        std::uint64_t count = 0;
+    };
+
+    void skipBlanks();
+    void skipComment();
+    FoamToken quoted();
+    FoamToken verbatim();
+    FoamToken plain();
+    Opening open(const char* what, std::uint64_t bytesPerEntry, std::uint64_t largestCount);
+    bool isRaw(const Opening& opening) const;
+    void endRaw();
+    bool atClose(const Opening& opening, std::uint64_t index, const char* what);
+    std::uint64_t textLabel(const char* what);
+    double textScalar(const char* what);
+    void rawLabels(std::uint64_t count, std::vector<std::uint32_t>& values);
+    void checkLabels(const char* what, const std::vector<std::uint32_t>& values, std::size_t from, std::uint64_t limit);
+    void rawScalars(std::uint64_t count, std::vector<double>& values);
+    void rawBytes(char* to, std::uint64_t count);
+    std::string context() const;
+    void compactFaces(std::vector<std::uint64_t>& offsets, std::vector<std::uint32_t>& nodes, std::uint64_t limit);
+    void plainFaces(std::vector<std::uint64_t>& offsets, std::vector<std::uint32_t>& nodes, std::uint64_t limit);
+
+    ByteSource& _source;
+    FoamHeader _header;
+    bool _inRawData = false;
+};
+
+/// Number of values of one entry of a type name ("scalar", "vector", "symmTensor", "tensor", "sphericalTensor"), or 0.
+unsigned foamComponents(std::string_view type);
+
+/// Reads a number that fills the whole text.
+bool foamNumber(std::string_view text, double& value);
+
+} // namespace meridyn

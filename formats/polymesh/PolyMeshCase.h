@@ -1,0 +1,94 @@
+#pragma once
+
+#include "ByteSource.h"
+#include "CaseFolder.h"
+#include "CellShapes.h"
+#include "FieldCatalog.h"
+#include "FieldFile.h"
+#include "KelPolyMeshProvider.h"
+#include "PolyMesh.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace meridyn {
+
+/// What the reader knows about the case that is open.
+struct KelPolyMeshProvider::Case {
+    explicit Case(const std::string& path) : folder(path) {}
+
+    /// One variable of the solution model: a component of a field.
+    struct Variable {
+        std::size_t field;
+        unsigned component;
+    };
+
+    /// A set of the case: a zone that may overlap others.
+    struct Set {
+        std::string name;
+        KelZoneCategory category;
+        const PolySelection* members;
+    };
+
+    CaseFolder folder;
+    std::size_t meshNumber = 0;
+    std::unique_ptr<PolyMesh> mesh;
+
+    std::unique_ptr<CellShapes> shapes;
+
+    FieldCatalog catalog;
+    std::map<int, Variable> variables;
+
+    // The field that was read last, and its time level.
+    std::unique_ptr<FieldFile> field;
+    std::size_t fieldNumber = 0;
+    int fieldLevel = -1;
+
+    // The variable that is being read.
+    bool isReadingVariable = false;
+    KelZoneCategory category = KEL_CELL_ZONE;
+    unsigned component = 0;
+    std::vector<std::pair<const PolyPatch*, FieldFile::OnPatch>> patches; ///< those with values, by face
+
+    std::vector<Set> sets;
+    const Set* set = nullptr;
+    bool isReadingFlips = false;
+
+    /// By group: paths and values of the case's dictionaries, in the order of the files.
+    std::map<std::string, std::vector<std::pair<std::string, std::string>>> dictionaries;
+
+    bool isOpen[2] = {false, false};
+
+    bool hasPoints(unsigned64 first, unsigned64 last) const { return hasIds(first, last, mesh->pointCount()); }
+    bool hasFaces(unsigned64 first, unsigned64 last) const { return hasIds(first, last, mesh->faceCount()); }
+    bool hasCells(unsigned64 first, unsigned64 last) const { return hasIds(first, last, mesh->cellCount); }
+
+    static bool hasIds(unsigned64 first, unsigned64 last, unsigned64 count)
+    {
+        return first >= 1 && first <= last && last <= count;
+    }
+
+    const PolyZone* zone(int id) const;
+    void readMesh(std::size_t number);
+    void makeSets();
+    std::vector<unsigned64> idsOfSet() const; ///< of the open set, in its order
+
+    bool readField(std::size_t number, int level);
+    void findZones(std::vector<int>& zoneIds);
+
+    /// @name Values of the variable that is being read; elements count from 0
+    /// @{
+    double innerValue(std::uint64_t element) const;
+    double cellValue(std::uint64_t cell) const;
+    template <class T>
+    void putPatch(const PolyPatch& patch, const FieldFile::OnPatch& on, std::uint64_t first, std::uint64_t count,
+                  T* values) const;
+    template <class T>
+    std::uint64_t putFaces(std::uint64_t first, std::uint64_t count, T* values) const;
+    /// @}
+};
+
+} // namespace meridyn

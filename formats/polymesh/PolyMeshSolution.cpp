@@ -1,0 +1,271 @@
+// Phases, variables, time levels and values of KelPolyMeshProvider.
+#include "FoamError.h"
+#include "Guarded.h"
+#include "KelMessage.h"
+#include "KelMessageRegistrar.h"
+#include "KelPolyMeshProvider.h"
+#include "KelSolutionModel.h"
+#include "PolyMeshCase.h"
+#include "RangeFilling.h"
+
+#include <algorithm>
+
+namespace meridyn {
+
+namespace {
+
+constexpr const char* onlyPhase = "phase-1";
+
+/// The names of a field's variables, or, where a name is taken, those with the name of its file.
+std::vector<int> createVariables(KelSolutionModel& model, short phase, const FieldCatalog::Field& field)
+{
+    for (const std::string& stem : {field.stem, field.file, field.file + " (field)"}) {
+        std::vector<int> ids;
+        int id = 0;
+        const std::vector<std::string> suffixes = field.head.kind.suffixes();
+        if (std::any_of(suffixes.begin(), suffixes.end(), [&](const std::string& suffix) {
+                return model.findVariableByUniqueName(phase, stem + suffix, id);
+            }))
+            continue;
+        for (const std::string& suffix : suffixes)
+            if (model.createVariable(phase, stem + suffix, id))
+                ids.push_back(id);
+        return ids;
+    }
+    return {};
+}
+
+void describeVariables(KelSolutionModel& model, const std::vector<int>& ids, const FieldCatalog::Field& field)
+{
+    const std::vector<std::string> suffixes = field.head.kind.suffixes();
+    std::string names;
+    for (const int id : ids) {
+        std::string name;
+        model.getUniqueNameOfVariable(id, name);
+        names += (names.empty() ? "" : ",") + name;
+    }
+    for (std::size_t n = 0; n < ids.size(); ++n) {
+        const bool isComponent = !suffixes[n].empty();
+        model.addAttributeOfVariable(
+            ids[n], "Long Name", field.file + (isComponent ? ", component " + suffixes[n].substr(1) : std::string()));
+        if (!field.head.units.empty())
+            model.addAttributeOfVariable(ids[n], "Units", field.head.units);
+        if (isComponent) {
+            model.addAttributeOfVariable(ids[n], "Parent Name", field.stem);
+            model.addAttributeOfVariable(ids[n], "Component Names", names);
+        }
+    }
+}
+
+} // namespace
+
+bool KelPolyMeshProvider::declareSolution()
+{
+    std::vector<std::string> problems;
+    _case->catalog = FieldCatalog::read(_case->folder, problems);
+    for (const std::string& problem : problems)
+        getMessageRegistrar()->registerMessage(KelWarning("not taken as a field: " + problem, "openData"));
+    _case->variables.clear();
+    _case->isReadingVariable = false;
+    KelSolutionModel& model = *solutionModel();
+    model.clearModel();
+    clearVariablesOfCategories();
+    for (std::size_t level = 0; level < _case->folder.times().size(); ++level)
+        addTimeLevel(static_cast<int>(level));
+    setTimeLevel(0);
+    const bool hasPhases = !_case->catalog.phases.empty();
+    for (const std::string& name : hasPhases ? _case->catalog.phases : std::vector<std::string>{onlyPhase}) {
+        short phase = 0;
+        model.createPhase(name, phase); // before the mixture's first variable, which would shift the ids
+        model.addAttributeOfPhase(phase, "Long Name", name);
+    }
+    for (std::size_t n = 0; n < _case->catalog.fields.size(); ++n) {
+        const FieldCatalog::Field& field = _case->catalog.fields[n];
+        short phase = hasPhases ? -1 : 1;
+        if (!field.phase.empty())
+            model.findPhaseByUniqueName(field.phase, phase);
+        const std::vector<int> ids = createVariables(model, phase, field);
+        describeVariables(model, ids, field);
+        for (std::size_t component = 0; component < ids.size(); ++component) {
+            const FieldKind& kind = field.head.kind;
+            _case->variables[ids[component]] = {n, static_cast<unsigned>(component)};
+            if (kind.place == FieldKind::Cells)
+                addVariableOfCategory(ids[component], KEL_CELL_ZONE);
+            if (kind.place == FieldKind::Faces || (kind.place == FieldKind::Cells && kind.hasBoundary))
+                addVariableOfCategory(ids[component], KEL_FACE_ZONE);
+            if (kind.place == FieldKind::Points)
+                addVariableOfCategory(ids[component], KEL_NODE_ZONE);
+        }
+    }
+    return setActivePhase(short{1});
+}
+
+// ---- one variable -------------------------------------------------------------------------------------------------
+
+unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category,
+                                                                             const std::string& variableName,
+                                                                             std::vector<int>& zoneIds)
+{
+    int variableId = 0;
+    if (!getVariableId(variableName, variableId))
+        variableId = -1;
+    return startReadingZonesOfCategoryWithPhaseVariable(category, variableId, zoneIds);
+}
+
+/// Reads the field of a variable at a time level, unless it is the one that was read last. False when there is none.
+bool KelPolyMeshProvider::Case::readField(std::size_t number, int level)
+{
+    if (level < 0 || static_cast<std::size_t>(level) >= folder.times().size())
+        return false;
+    if (field && fieldNumber == number && fieldLevel == level)
+        return true;
+    const std::size_t time = static_cast<std::size_t>(level);
+    const std::string path = folder.file(folder.times()[time].name, catalog.fields[number].file);
+    if (!ByteSource::exists(path))
+        return false;
+    const std::size_t itsMesh = folder.meshOfTime(time);
+    if (folder.topologyOfMesh(itsMesh) != folder.topologyOfMesh(meshNumber))
+        throw FoamError(path + ": expected mesh id " + std::to_string(itsMesh + 1) +
+                        ", to whose cells it belongs, found " + std::to_string(meshNumber + 1));
+    field.reset(); // before the next one is in memory as well
+    auto read = std::make_unique<FieldFile>(FieldFile::read(path, *mesh));
+    const FieldKind& kind = catalog.fields[number].head.kind;
+    if (read->kind.place != kind.place || read->kind.components != kind.components)
+        throw FoamError(path + ": expected a field of " + std::to_string(kind.components) +
+                        " values per entry, as at other times, found one of " + std::to_string(read->kind.components) +
+                        ", or of other elements");
+    field = std::move(read);
+    fieldNumber = number;
+    fieldLevel = level;
+    return true;
+}
+
+/// Finds the zones of a category that have values of the field that was read.
+void KelPolyMeshProvider::Case::findZones(std::vector<int>& zoneIds)
+{
+    patches.clear();
+    const FieldKind::Place place = field->kind.place;
+    for (const PolyPatch& patch : mesh->patches) {
+        const FieldFile::OnPatch values = field->onPatch(patch);
+        if (values.source != FieldFile::OnPatch::Unknown)
+            patches.emplace_back(&patch, values);
+    }
+    const auto hasPatch = [this](const PolyZone& zone) {
+        return std::any_of(patches.begin(), patches.end(),
+                           [&zone](const auto& patch) { return patch.first->first + 1 == zone.first; });
+    };
+    for (const PolyZone& zone : mesh->zones) {
+        if (zone.category != category || zone.last < zone.first)
+            continue;
+        const bool isInterior = category == KEL_FACE_ZONE && zone.last <= mesh->interiorCount();
+        if ((category == KEL_NODE_ZONE && place == FieldKind::Points) ||
+            (category == KEL_CELL_ZONE && place == FieldKind::Cells) ||
+            (category == KEL_FACE_ZONE &&
+             (isInterior ? place == FieldKind::Faces : place != FieldKind::Points && hasPatch(zone))))
+            zoneIds.push_back(zone.id);
+    }
+}
+
+unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId,
+                                                                             std::vector<int>& zoneIds)
+{
+    zoneIds.clear();
+    short phase = 0;
+    if (!_case)
+        return 0;
+    _case->isReadingVariable = false;
+    const auto variable = _case->variables.find(variableId);
+    if (variable == _case->variables.end() || !getActivePhase(phase) ||
+        !solutionModel()->hasVariable(phase, variableId))
+        return 0;
+    guarded(*this, "startReadingZonesOfCategoryWithPhaseVariable", [&] {
+        if (!_case->readField(variable->second.field, getTimeLevel()))
+            return false;
+        _case->category = category;
+        _case->component = variable->second.component;
+        _case->findZones(zoneIds);
+        _case->isReadingVariable = !zoneIds.empty();
+        return true;
+    });
+    return _case->isReadingVariable ? 1 : 0;
+}
+
+double KelPolyMeshProvider::Case::innerValue(std::uint64_t element) const
+{
+    const FieldValues& inner = field->inner;
+    return inner.values[(inner.isUniform ? 0 : element * field->kind.components) + component];
+}
+
+/// Cells are ordered by zones here, and as the case likes in its files.
+double KelPolyMeshProvider::Case::cellValue(std::uint64_t cell) const
+{
+    return innerValue(mesh->caseCells.empty() ? cell : mesh->caseCells[cell]);
+}
+
+/// Puts the values of faces of one patch; its condition is the same for all of them.
+template <class T>
+void KelPolyMeshProvider::Case::putPatch(const PolyPatch& patch, const FieldFile::OnPatch& on, std::uint64_t first,
+                                         std::uint64_t count, T* values) const
+{
+    for (std::uint64_t face = first; face < first + count; ++face, ++values) {
+        if (on.source == FieldFile::OnPatch::Cell)
+            *values = static_cast<T>(cellValue(mesh->owner[face]));
+        else if (on.source == FieldFile::OnPatch::Zero)
+            *values = 0;
+        else {
+            const std::uint64_t entry = on.stored->isUniform ? 0 : (face - patch.first) * field->kind.components;
+            *values = static_cast<T>(on.stored->values[entry + component]);
+        }
+    }
+}
+
+/// The values of faces; none when one of them has none.
+template <class T>
+std::uint64_t KelPolyMeshProvider::Case::putFaces(std::uint64_t first, std::uint64_t count, T* values) const
+{
+    std::uint64_t done = 0;
+    if (field->kind.place == FieldKind::Faces)
+        for (; done < count && first + done < mesh->interiorCount(); ++done)
+            values[done] = static_cast<T>(innerValue(first + done));
+    for (const auto& [patch, on] : patches) { // ascending
+        const std::uint64_t face = first + done;
+        if (done == count || face < patch->first || face >= patch->first + patch->count)
+            continue;
+        const std::uint64_t piece = std::min(count - done, patch->first + patch->count - face);
+        putPatch(*patch, on, face, piece, values + done);
+        done += piece;
+    }
+    return done == count ? done : 0;
+}
+
+template <class T>
+unsigned64 KelPolyMeshProvider::readValues(unsigned64 firstId, unsigned64 lastId, T* values, unsigned64 capacity) const
+{
+    if (!_case || !_case->isReadingVariable)
+        return 0;
+    const Case& now = *_case;
+    if (now.category == KEL_CELL_ZONE)
+        return now.hasCells(firstId, lastId)
+                   ? fillSingle(firstId, lastId, values, capacity, [&](auto cell) { return now.cellValue(cell); })
+                   : 0;
+    if (now.category == KEL_NODE_ZONE)
+        return now.hasPoints(firstId, lastId)
+                   ? fillSingle(firstId, lastId, values, capacity, [&](auto point) { return now.innerValue(point); })
+                   : 0;
+    return now.hasFaces(firstId, lastId) ? now.putFaces(firstId - 1, std::min(lastId - firstId + 1, capacity), values)
+                                         : 0;
+}
+
+unsigned64 KelPolyMeshProvider::getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
+                                                                           float* values, unsigned64 capacity) const
+{
+    return readValues(firstId, lastId, values, capacity);
+}
+
+unsigned64 KelPolyMeshProvider::getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
+                                                                           double* values, unsigned64 capacity) const
+{
+    return readValues(firstId, lastId, values, capacity);
+}
+
+} // namespace meridyn

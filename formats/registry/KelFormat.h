@@ -1,0 +1,97 @@
+#pragma once
+
+#include "KelExport.h"
+#include "KelTypes.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace meridyn {
+
+class KelFileConsumer;
+class KelFileProvider;
+
+/// Families of operations that a format can carry. A set of them is a number with bit n set for family n.
+enum KelFormatFamily : int {
+    KEL_FAMILY_COORDINATES = 0,
+    KEL_FAMILY_EDGES,
+    KEL_FAMILY_FACE_NODES,
+    KEL_FAMILY_FACE_CELLS,
+    KEL_FAMILY_SHADOW_FACES,
+    KEL_FAMILY_INTERFACE_DATA,
+    KEL_FAMILY_CHILD_FACES,
+    KEL_FAMILY_CELL_TYPES,
+    KEL_FAMILY_CELL_NODES,
+    KEL_FAMILY_CELL_FACES,
+    KEL_FAMILY_CELL_PARTITIONS,
+    KEL_FAMILY_CHILD_CELLS,
+    KEL_FAMILY_CASE_SECTIONS,
+    KEL_FAMILY_ZONE_PROPERTIES, ///< names, kinds, numbers and flags of zones
+    KEL_FAMILY_ZONE_ADJACENCY,
+    KEL_FAMILY_LOCAL_IDS,
+    KEL_FAMILY_PHASES,
+    KEL_FAMILY_VARIABLES,
+    KEL_FAMILY_ATTRIBUTES, ///< of phases and variables, dataset names included
+    KEL_FAMILY_TIME_LEVELS,
+    KEL_FAMILY_SETS,
+    KEL_FAMILY_SET_DATA,
+    KEL_FAMILY_PARTICLE_TRACKS,
+    KEL_FAMILY_SETTINGS,
+    KEL_FAMILY_LOG,
+    KEL_FAMILY_LOCATIONS,
+    KEL_FAMILY_MESHES, ///< several mesh ids, targets and partitions
+    KEL_FAMILY_COUNT
+};
+
+/// A set of KelFormatFamily values.
+using KelFormatFamilies = unsigned64;
+
+/// All families.
+constexpr KelFormatFamilies allFormatFamilies = (KelFormatFamilies{1} << KEL_FAMILY_COUNT) - 1;
+
+/// The set of one family.
+constexpr KelFormatFamilies formatFamily(KelFormatFamily family)
+{
+    return KelFormatFamilies{1} << family;
+}
+
+/// Name of a family as people read it ("shadow faces"); empty for a number outside the list.
+KEL_API std::string formatFamilyName(KelFormatFamily family);
+
+/// The files of a model. Either may be empty: a case without data, or data alone.
+struct KelFormatFiles {
+    std::string caseFile; ///< handed to the reader or writer for KEL_CASE
+    std::string dataFile; ///< handed to it for KEL_DATA
+};
+
+/// One format, as data: what it is, what it carries, how to recognise a file, how to make its reader and writer.
+struct KelFormat {
+    std::string name;                  ///< unique, short, lower case: "hdf5"
+    std::string description;           ///< one line
+    std::vector<std::string> suffixes; ///< of the names it writes, with the point: ".case.kel"; may be empty
+    KelFormatFamilies reads = 0;       ///< families that the reader gives back; 0 when there is no reader
+    KelFormatFamilies writes = 0;      ///< families that the writer takes; 0 when there is no writer
+
+    /// Whether what lies at a path, or a text that stands for a model, is of this format, by its content. Never throws.
+    std::function<bool(const std::string& path)> probe;
+
+    /// The files behind what a user names: "cube", "cube.case.kel" and "cube.data.kel" are one model.
+    /// For reading only what exists is named.
+    std::function<KelFormatFiles(const std::string& path, bool forWriting)> files;
+
+    /// Makes a reader; null when the format has none. The caller names the files with setFile and owns it.
+    std::function<std::unique_ptr<KelFileProvider>()> makeReader;
+
+    /// Makes a writer; null when the format has none.
+    std::function<std::unique_ptr<KelFileConsumer>()> makeWriter;
+
+    /// Begins the names of models that are no files ("memory:"); empty for a format of files.
+    std::string prefix;
+
+    /// Names of models that can be read wherever the format is: what a format without a writer is tested with.
+    std::vector<std::string> samples;
+};
+
+} // namespace meridyn

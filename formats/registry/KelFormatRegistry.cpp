@@ -1,0 +1,168 @@
+#include "KelFormatRegistry.h"
+
+#include "BuiltinFormats.h"
+#include "KelFileConsumer.h"
+#include "KelFileProvider.h"
+#include "KelFormatPlugin.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <exception>
+#include <filesystem>
+#include <sstream>
+
+namespace meridyn {
+
+namespace {
+
+bool endsWith(const std::string& text, const std::string& suffix)
+{
+    return text.size() >= suffix.size() && text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0;
+}
+
+/// The shared objects in the folders of KEL_FORMAT_PLUGIN_DIR, by folder, then by name; notes folders that cannot be
+/// read.
+std::vector<std::string> pluginFiles(std::vector<std::string>& problems)
+{
+    std::vector<std::string> files;
+    const char* variable = std::getenv("KEL_FORMAT_PLUGIN_DIR");
+    std::istringstream folders(variable != nullptr ? variable : "");
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        if (folder.empty())
+            continue;
+        std::vector<std::string> found;
+        std::error_code error, ignored;
+        for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+             entry.increment(error))
+            if (entry->path().extension() == ".so" && entry->is_regular_file(ignored))
+                found.push_back(entry->path().string());
+        if (error)
+            problems.push_back(folder + ": " + error.message());
+        std::sort(found.begin(), found.end());
+        files.insert(files.end(), found.begin(), found.end());
+    }
+    return files;
+}
+
+using EntryPoint = const KelFormatPlugin* (*)();
+
+/// What a plug-in hands over; an exception becomes a text, since its code goes with the shared object.
+const KelFormatPlugin* pluginOf(EntryPoint entryPoint, std::string& failure)
+{
+    try {
+        return entryPoint();
+    } catch (const std::exception& exception) {
+        failure = std::string("an exception, ") + exception.what();
+    } catch (...) {
+        failure = "something was thrown";
+    }
+    return nullptr;
+}
+
+} // namespace
+
+KelFormatRegistry& KelFormatRegistry::instance()
+{
+    static KelFormatRegistry registry = [] {
+        KelFormatRegistry made;
+        for (KelFormat& format : builtinFormats())
+            made.add(std::move(format));
+        for (const std::string& file : pluginFiles(made._pluginProblems)) {
+            std::string problem;
+            if (!made.loadPlugin(file, problem))
+                made._pluginProblems.push_back(problem);
+        }
+        return made;
+    }();
+    return registry;
+}
+
+bool KelFormatRegistry::add(KelFormat format)
+{
+    const bool hasReader = static_cast<bool>(format.makeReader);
+    const bool hasWriter = static_cast<bool>(format.makeWriter);
+    if (format.name.empty() || find(format.name) != nullptr || !(hasReader || hasWriter) || !format.files ||
+        (hasReader && !format.probe))
+        return false;
+    _formats.push_back(std::move(format));
+    return true;
+}
+
+const std::vector<KelFormat>& KelFormatRegistry::formats() const
+{
+    return _formats;
+}
+
+const KelFormat* KelFormatRegistry::find(const std::string& name) const
+{
+    const auto found = std::find_if(_formats.begin(), _formats.end(),
+                                    [&name](const KelFormat& format) { return format.name == name; });
+    return found != _formats.end() ? &*found : nullptr;
+}
+
+const KelFormat* KelFormatRegistry::probe(const std::string& path) const
+{
+    const auto found = std::find_if(_formats.begin(), _formats.end(),
+                                    [&path](const KelFormat& format) { return format.probe && format.probe(path); });
+    return found != _formats.end() ? &*found : nullptr;
+}
+
+const KelFormat* KelFormatRegistry::forWriting(const std::string& path) const
+{
+    const KelFormat* best = nullptr;
+    std::size_t bestLength = 0;
+    const auto consider = [&](const KelFormat& format, std::size_t length) {
+        if (format.makeWriter && length > bestLength) {
+            best = &format;
+            bestLength = length;
+        }
+    };
+    for (const KelFormat& format : _formats) {
+        if (path.compare(0, format.prefix.size(), format.prefix) == 0)
+            consider(format, format.prefix.size());
+        for (const std::string& suffix : format.suffixes)
+            if (endsWith(path, suffix))
+                consider(format, suffix.size());
+    }
+    return best;
+}
+
+bool KelFormatRegistry::loadPlugin(const std::string& path, std::string& problem)
+{
+    // A path without a slash would make the loader search the system's folders.
+    const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
+    void* object = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (object == nullptr) {
+        const char* reason = dlerror();
+        problem = path + ": not loaded: " + (reason != nullptr ? reason : "unknown reason");
+        return false;
+    }
+    const auto refuse = [&](const std::string& reason) {
+        problem = path + ": " + reason;
+        dlclose(object);
+        return false;
+    };
+    const auto entryPoint = reinterpret_cast<EntryPoint>(dlsym(object, "kelFormatPlugin"));
+    if (entryPoint == nullptr)
+        return refuse("no format plug-in: it exports no kelFormatPlugin");
+    std::string failure;
+    const KelFormatPlugin* plugin = pluginOf(entryPoint, failure);
+    if (!failure.empty())
+        return refuse("its kelFormatPlugin fails: " + failure);
+    if (plugin == nullptr)
+        return refuse("its kelFormatPlugin gives nothing");
+    if (plugin->version != kelFormatPluginVersion)
+        return refuse("made for plug-in version " + std::to_string(plugin->version) + ", expected " +
+                      std::to_string(kelFormatPluginVersion));
+    if (!add(plugin->format))
+        return refuse("its format '" + plugin->format.name + "' is incomplete, or the name is taken");
+    return true; // the object stays loaded: the format's functions live in it
+}
+
+const std::vector<std::string>& KelFormatRegistry::pluginProblems() const
+{
+    return _pluginProblems;
+}
+
+} // namespace meridyn

@@ -1,0 +1,166 @@
+#include "KelMemoryArray.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace meridyn {
+namespace {
+
+constexpr unsigned64 largest = std::numeric_limits<unsigned64>::max();
+
+std::vector<int> valuesOf(const KelMemoryArray& array, unsigned64 first, unsigned64 last, unsigned64 capacity = 64)
+{
+    std::vector<int> values(capacity);
+    values.resize(array.get(first, last, values.data(), capacity));
+    return values;
+}
+
+using Ints = std::vector<int>;
+
+TEST(MemoryArray, RangesComeInAnyOrderAndJoin)
+{
+    KelMemoryArray array;
+    EXPECT_TRUE(array.put(5, 6, Ints{50, 60}));
+    EXPECT_TRUE(array.put(1, 2, Ints{10, 20}));
+    EXPECT_TRUE(array.put(3, 4, Ints{30, 40}));
+    EXPECT_EQ(valuesOf(array, 1, 6), (Ints{10, 20, 30, 40, 50, 60}));
+    EXPECT_EQ(valuesOf(array, 2, 5), (Ints{20, 30, 40, 50}));
+    EXPECT_EQ(array.lastId(), 6U);
+}
+
+TEST(MemoryArray, AMissingIdMakesTheRangeEmpty)
+{
+    KelMemoryArray array;
+    array.put(1, 2, Ints{1, 2});
+    array.put(4, 4, Ints{4});
+    EXPECT_EQ(valuesOf(array, 1, 4), Ints{});
+    EXPECT_EQ(valuesOf(array, 0, 1), Ints{});
+    EXPECT_EQ(valuesOf(array, 4, 5), Ints{});
+    EXPECT_EQ(valuesOf(array, 2, 1), Ints{});
+    EXPECT_EQ(valuesOf(KelMemoryArray(), 1, largest), Ints{});
+}
+
+TEST(MemoryArray, ASmallBufferGetsWholeElements)
+{
+    KelMemoryArray array;
+    array.put(1, 3, Ints{1, 2, 3, 4, 5, 6});
+    EXPECT_EQ(valuesOf(array, 1, 3, 5), (Ints{1, 2, 3, 4}));
+    EXPECT_EQ(valuesOf(array, 1, 3, 1), Ints{});
+    EXPECT_EQ(valuesOf(array, 1, 3, 0), Ints{});
+}
+
+TEST(MemoryArray, LaterValuesReplaceEarlierOnes)
+{
+    KelMemoryArray array;
+    array.put(1, 6, Ints{1, 2, 3, 4, 5, 6});
+    array.put(3, 4, Ints{30, 40}); // within a run
+    EXPECT_EQ(valuesOf(array, 1, 6), (Ints{1, 2, 30, 40, 5, 6}));
+    array.put(6, 8, Ints{60, 70, 80}); // over its end
+    EXPECT_EQ(valuesOf(array, 1, 8), (Ints{1, 2, 30, 40, 5, 60, 70, 80}));
+    array.put(2, 7, Ints{-2, -3, -4, -5, -6, -7}); // over two runs
+    EXPECT_EQ(valuesOf(array, 1, 8), (Ints{1, -2, -3, -4, -5, -6, -7, 80}));
+    array.put(3, 3, std::vector<double>{2.5}); // of another type
+    EXPECT_EQ(valuesOf(array, 1, 8), (Ints{1, -2, 2, -4, -5, -6, -7, 80}));
+}
+
+TEST(MemoryArray, RaggedValuesFollowTheirCounts)
+{
+    KelMemoryArray counts, array;
+    counts.put(1, 4, Ints{2, 0, 3, 1});
+    EXPECT_TRUE(array.putRagged(1, 4, Ints{1, 2, 3, 4, 5, 6}, counts));
+    EXPECT_EQ(valuesOf(array, 3, 3), (Ints{3, 4, 5}));
+    EXPECT_EQ(valuesOf(array, 2, 2), Ints{});
+    EXPECT_EQ(valuesOf(array, 1, 4, 5), (Ints{1, 2, 3, 4, 5})) << "the last element does not fit";
+    EXPECT_EQ(valuesOf(array, 1, 4, 4), (Ints{1, 2})) << "nor does the third";
+    EXPECT_TRUE(array.putRagged(3, 3, Ints{30, 40, 50}, counts));
+    EXPECT_EQ(valuesOf(array, 1, 4), (Ints{1, 2, 30, 40, 50, 6})) << "cut in the middle";
+    EXPECT_FALSE(array.putRagged(3, 4, Ints{1, 2, 3}, counts));
+    EXPECT_FALSE(array.putRagged(4, 5, Ints{1}, counts)) << "no count for 5";
+    EXPECT_EQ(valuesOf(array, 1, 4), (Ints{1, 2, 30, 40, 50, 6})) << "a refused call changes nothing";
+}
+
+TEST(MemoryArray, WithoutCountsAllElementsHaveTheSameNumber)
+{
+    const KelMemoryArray none;
+    KelMemoryArray array;
+    EXPECT_TRUE(array.putRagged(1, 2, Ints{1, 2, 3, 4}, none));
+    EXPECT_EQ(valuesOf(array, 2, 2), (Ints{3, 4}));
+    EXPECT_FALSE(array.putRagged(3, 4, Ints{1, 2, 3}, none));
+}
+
+TEST(MemoryArray, NegativeAndImpossibleCountsAreRefused)
+{
+    KelMemoryArray counts, array;
+    counts.put(1, 3, Ints{-1, 3, 4});
+    EXPECT_FALSE(array.putRagged(1, 2, Ints{1, 2}, counts));
+    EXPECT_FALSE(array.putRagged(3, 3, Ints{1, 2, 3}, counts));
+    counts.putUniform(1, largest, Ints{2});
+    EXPECT_FALSE(array.putRagged(1, largest, Ints{1, 2}, counts));
+    EXPECT_EQ(array.lastId(), 0U);
+}
+
+TEST(MemoryArray, UniformValuesStandForAnyRange)
+{
+    KelMemoryArray array;
+    EXPECT_TRUE(array.putUniform(1, largest, Ints{4}));
+    EXPECT_EQ(valuesOf(array, largest - 1, largest), (Ints{4, 4}));
+    EXPECT_EQ(array.uniformValue(1, largest), 4);
+    EXPECT_TRUE(array.put(7, 7, Ints{5}));
+    EXPECT_EQ(array.uniformValue(1, 6), 4);
+    EXPECT_EQ(array.uniformValue(8, largest), 4);
+    EXPECT_EQ(array.uniformValue(1, 7), std::nullopt);
+    EXPECT_EQ(valuesOf(array, 6, 8), (Ints{4, 5, 4}));
+}
+
+TEST(MemoryArray, UniformValueNeedsEveryIdAndOneValueEach)
+{
+    KelMemoryArray array;
+    array.put(1, 3, Ints{2, 2, 2});
+    array.put(5, 5, Ints{2});
+    EXPECT_EQ(array.uniformValue(1, 3), 2);
+    EXPECT_EQ(array.uniformValue(1, 5), std::nullopt);
+    array.put(4, 4, Ints{2, 2});
+    EXPECT_EQ(array.uniformValue(4, 4), std::nullopt);
+    EXPECT_EQ(array.uniformValue(0, 0), std::nullopt);
+}
+
+TEST(MemoryArray, RangesThatAreNoneAreRefused)
+{
+    KelMemoryArray array;
+    EXPECT_FALSE(array.put(0, 0, Ints{1}));
+    EXPECT_FALSE(array.put(3, 2, Ints{1}));
+    EXPECT_FALSE(array.put(1, 2, Ints{1, 2, 3}));
+    EXPECT_FALSE(array.put(1, 2, Ints{}));
+    EXPECT_FALSE(array.put(1, 2, Ints{1, 2, 3, 4}, 1));
+    EXPECT_FALSE(array.putUniform(0, 5, Ints{1}));
+    EXPECT_FALSE(array.put(1, largest, Ints{1}));
+    EXPECT_EQ(array.lastId(), 0U);
+}
+
+TEST(MemoryArray, MissingIdsMayStandForZeros)
+{
+    KelMemoryArray array;
+    array.put(2, 2, Ints{7});
+    std::vector<int> values(8, -1);
+    const auto oneUpTo4 = [](unsigned64 id) { return id <= 4 ? std::optional<unsigned64>(1) : std::nullopt; };
+    EXPECT_EQ(array.get(1, 4, values.data(), 8, oneUpTo4), 4U);
+    EXPECT_EQ(values, (Ints{0, 7, 0, 0, -1, -1, -1, -1}));
+    EXPECT_EQ(array.get(1, 5, values.data(), 8, oneUpTo4), 0U);
+    EXPECT_EQ(array.get(1, 4, values.data(), 3, oneUpTo4), 3U);
+}
+
+TEST(MemoryArray, ValuesAreConvertedWithinTheirRange)
+{
+    EXPECT_EQ(convertedValue<int>(2.9), 2);
+    EXPECT_EQ(convertedValue<int>(1e30), 2147483647);
+    EXPECT_EQ(convertedValue<int>(-1e30F), -2147483647 - 1);
+    EXPECT_EQ(convertedValue<unsigned char>(-5.0), 0);
+    EXPECT_EQ(convertedValue<signed64>(std::nan("")), 0);
+    EXPECT_EQ(convertedValue<unsigned64>(1e30), largest);
+    EXPECT_EQ(convertedValue<double>(0.5F), 0.5);
+    EXPECT_TRUE(std::isnan(convertedValue<float>(std::nan(""))));
+}
+
+} // namespace
+} // namespace meridyn

@@ -1,0 +1,192 @@
+// Fields: values of cells, faces and points, boundary values, times and phases.
+#include "ReadingHelpers.h"
+#include "SmallCase.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace meridyn;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+struct BoundaryRow {
+    const char* className;
+    const char* inner;
+    const char* condition; ///< of the patch "right"
+    std::vector<double> expected;
+};
+
+TEST(PolyMeshFields, BoundaryValuesWhereTheyAreKnown)
+{
+    const BoundaryRow rows[] = {
+        {"volScalarField", "nonuniform List<scalar> 2(3 4)", "right { type zeroGradient; value uniform 9; }", {4}},
+        {"volScalarField", "uniform 5", "right { type slip; }", {5}},
+        {"volScalarField", "uniform 5", "right { type fixedValue; value uniform 7; }", {7}},
+        {"volScalarField", "uniform 5", "right { type calculated; value nonuniform List<scalar> 1(8); }", {8}},
+        {"volScalarField", "uniform 5", "right { type fixedValue; value $internalField; }", {}},
+        {"volScalarField", "uniform 5", "right { type totalPressure; p0 uniform 1; }", {}},
+        {"volScalarField", "uniform 5", "right { type empty; }", {}},
+        {"volScalarField", "uniform 5", "hot { type fixedValue; value uniform 7; }", {7}}, // a group of the patch
+        {"volScalarField", "uniform 5", "\"r.*\" { type fixedValue; value uniform 7; }", {7}},
+        {"volScalarField", "uniform 5", "\"r\" { type fixedValue; value uniform 7; }", {}}, // matches whole names
+        {"volScalarField",
+         "uniform 5",
+         "right { type zeroGradient; } \"r.*\" { type fixedValue; value uniform 7; }",
+         {5}},
+        {"volScalarField",
+         "uniform 5",
+         "hot { type zeroGradient; } \"r.*\" { type fixedValue; value uniform 7; }",
+         {5}},
+        {"volScalarField", "uniform 5", "\"(\" { type zeroGradient; }", {}}, // no pattern
+        {"volScalarField", "uniform 5", "#includeEtc \"x\"\n $common; right { type zeroGradient; }", {5}},
+        {"volScalarField", "uniform 5", "left { type zeroGradient; }", {}},
+    };
+    for (const BoundaryRow& row : rows) {
+        const SmallCase small;
+        small.write("1/p", SmallCase::field(row.className, row.inner, row.condition));
+        small.replace("constant/polyMesh/boundary", "sides", "others");
+        KelPolyMeshProvider reader;
+        ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+        std::vector<int> zones;
+        valuesOf(reader, KEL_FACE_ZONE, "p", &zones);
+        std::vector<double> found(1);
+        const bool hasRight = std::count(zones.begin(), zones.end(), 4) == 1;
+        found.resize(reader.getValuesOfPhaseVariableForElementsInZone(4, found.data(), 1));
+        EXPECT_EQ(hasRight, !row.expected.empty()) << row.condition;
+        EXPECT_EQ(found, row.expected) << row.condition;
+        EXPECT_THAT(reader.getErrors(false, true), IsEmpty()) << row.condition;
+    }
+}
+
+TEST(PolyMeshFields, VectorsAndTensorsAreComponents)
+{
+    const SmallCase small;
+    small.write("1/U", SmallCase::field("volVectorField", "nonuniform List<vector> 2((1 2 3)(4 5 6))",
+                                        "left { type noSlip; } right { type slip; }"
+                                        "sides { type fixedValue; value uniform (7 8 9); }"));
+    small.write("1/R", SmallCase::field("volSymmTensorField", "uniform (1 2 3 4 5 6)"));
+    small.write("1/G", SmallCase::field("volTensorField", "uniform (1 2 3 4 5 6 7 8 9)"));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    std::vector<std::string> names;
+    reader.getPhaseVariablesOfCategory(KEL_CELL_ZONE, names);
+    EXPECT_THAT(names, ElementsAre("G-xx", "G-xy", "G-xz", "G-yx", "G-yy", "G-yz", "G-zx", "G-zy", "G-zz", "R-xx",
+                                   "R-xy", "R-xz", "R-yy", "R-yz", "R-zz", "U-x", "U-y", "U-z"));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U-y"), ElementsAre(2, 5));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "R-yy"), ElementsAre(4, 4));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "G-zx"), ElementsAre(7, 7));
+    std::vector<int> zones;
+    EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "U-z", &zones), ElementsAre(0, 9, 9, 9, 9, 9, 9, 9, 9));
+    EXPECT_THAT(zones, ElementsAre(3, 5)); // what slip leaves of a vector needs the normals
+    EXPECT_EQ(attribute(reader, "U-z", "Parent Name"), "U");
+    EXPECT_EQ(attribute(reader, "U-z", "Component Names"), "U-x,U-y,U-z");
+    EXPECT_EQ(attribute(reader, "U-z", "Long Name"), "U, component z");
+    EXPECT_EQ(attribute(reader, "U-z", "Units"), "m s^-1");
+}
+
+TEST(PolyMeshFields, BinaryFieldsInBothWidths)
+{
+    const SmallCase small;
+    const auto write = [&](const char* name, const char* scalar, const std::string& one, const std::string& two) {
+        small.write(name, SmallCase::head("volScalarField",
+                                          std::string("binary; arch \"LSB;label=32;scalar=") + scalar + "\";") +
+                              "dimensions [0 0 0 0 0];\ninternalField nonuniform List<scalar> " + two +
+                              ";\nboundaryField { left { type x; gradient nonuniform List<scalar> " + two +
+                              "; other List<label> 0; value nonuniform List<scalar> " + one + "; } }");
+    };
+    write("1/p", "64", SmallCase::raw<double>({0.25}), SmallCase::raw<double>({1.5, 2.5}));
+    write("1/q", "32", SmallCase::raw<float>({0.25F}), SmallCase::raw<float>({1.5F, 2.5F}));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    for (const char* name : {"p", "q"}) {
+        EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, name), ElementsAre(1.5, 2.5));
+        EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, name), ElementsAre(0.25));
+        EXPECT_EQ(attribute(reader, name, "Units"), "");
+    }
+    EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
+}
+
+TEST(PolyMeshFields, FieldsOfFacesAndPoints)
+{
+    const SmallCase small;
+    small.write("1/phi", SmallCase::field("surfaceScalarField", "nonuniform List<scalar> 1(3)",
+                                          "left { type calculated; value uniform -1; } sides { type calculated; }"));
+    small.write("1/d", SmallCase::field("pointScalarField", "uniform 2"));
+    small.write("1/s", SmallCase::field("volScalarField::Internal", "uniform 2"));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    std::vector<std::string> names;
+    reader.getPhaseVariablesOfCategory(KEL_FACE_ZONE, names);
+    EXPECT_THAT(names, ElementsAre("phi"));
+    reader.getPhaseVariablesOfCategory(KEL_NODE_ZONE, names);
+    EXPECT_THAT(names, ElementsAre("d"));
+    std::vector<int> zones;
+    EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "phi", &zones), ElementsAre(3, -1));
+    EXPECT_THAT(zones, ElementsAre(2, 3));
+    float both[2];
+    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(1, 2, both, 2), 2u);
+    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(1, 3, both, 3), 0u); // face 3 has no value
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "phi"), IsEmpty());
+    EXPECT_EQ(valuesOf(reader, KEL_NODE_ZONE, "d"), std::vector<double>(12, 2));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "s"), ElementsAre(2, 2));
+}
+
+TEST(PolyMeshFields, TimeLevelsAreFoldersInTheOrderOfTheirValues)
+{
+    const SmallCase small;
+    for (const char* time : {"0.5", "10", "2e-1", "9"})
+        small.write(std::string(time) + "/p", SmallCase::field("volScalarField", std::string("uniform ") + time));
+    small.write("9/q", SmallCase::field("volScalarField", "uniform 1"));
+    small.write("0.orig/p", SmallCase::field("volScalarField", "uniform 1"));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    EXPECT_THAT(reader.getTimeLevels(), ElementsAre(0, 1, 2, 3));
+    EXPECT_EQ(reader.getTimeLevel(), 0);
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "p"), ElementsAre(0.2, 0.2));
+    reader.startReadingTimeLevel(std::numeric_limits<int>::min());
+    EXPECT_EQ(reader.getTimeLevel(), 3);
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "p"), ElementsAre(10, 10));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "q"), IsEmpty()); // not at this time
+    reader.startReadingTimeLevel(2);
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "q"), ElementsAre(1, 1));
+    std::vector<std::string> keys;
+    reader.getSettingsGroups(KEL_DATA, keys);
+    EXPECT_THAT(keys, ElementsAre("timeLevels"));
+    reader.getSettingsKeysOfGroup(KEL_DATA, "timeLevels", keys);
+    EXPECT_THAT(keys, ElementsAre("0", "1", "2", "3"));
+    std::string text = "untouched";
+    reader.getSettingString(KEL_DATA, "4", text, "timeLevels");
+    EXPECT_EQ(text, "untouched");
+    reader.getSettingString(KEL_DATA, "0", text, "timeLevels");
+    EXPECT_EQ(text, "2e-1");
+    EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
+}
+
+TEST(PolyMeshFields, EndingsOfNamesArePhases)
+{
+    const SmallCase small;
+    for (const char* name : {"alpha.oil", "alpha.oilMean", "p", "T.oil", "k.gas", "UMean.oil"})
+        small.write(std::string("1/") + name, SmallCase::field("volScalarField", "uniform 1"));
+    small.write("1/U.water", SmallCase::field("volVectorField", "uniform (1 2 3)"));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    std::vector<short> phases;
+    reader.getPhaseIds(phases);
+    EXPECT_THAT(phases, ElementsAre(-1, 1, 2));
+    EXPECT_EQ(static_cast<const KelProvider&>(reader).getPhaseName(1), "oil");
+    EXPECT_EQ(static_cast<const KelProvider&>(reader).getPhaseName(2), "water");
+    std::vector<std::string> names;
+    reader.startReadingPhase(1);
+    reader.getPhaseVariablesOfCategory(KEL_CELL_ZONE, names);
+    EXPECT_THAT(names, ::testing::UnorderedElementsAre("T", "UMean", "alpha", "alphaMean"));
+    reader.startReadingPhase(-1);
+    reader.getPhaseVariablesOfCategory(KEL_CELL_ZONE, names);
+    EXPECT_THAT(names, ::testing::UnorderedElementsAre("k.gas", "p"));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U-x"), IsEmpty()); // of another phase
+    reader.startReadingPhase(2);
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U-x"), ElementsAre(1, 1));
+}
+
+} // namespace

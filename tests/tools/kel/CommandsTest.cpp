@@ -1,0 +1,462 @@
+// Every command as a tool: arguments in, text and exit code out.
+#include "ToolRunner.h"
+
+#include <algorithm>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace meridyn::tool;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+using Arguments = std::vector<std::string>;
+
+static std::size_t linesOf(const std::string& text)
+{
+    return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+static std::string contentOf(const char* path)
+{
+    std::ifstream in(path);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+// ---- help ---------------------------------------------------------------------------------------------------------
+
+class Help : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(Help, ShowsOptionsAndExamples)
+{
+    const Ran ran = runKel({GetParam(), "--help"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.err, "");
+    EXPECT_THAT(ran.out, HasSubstr(std::string("Usage: kel ") + GetParam()));
+    EXPECT_THAT(ran.out, HasSubstr(std::string("Examples:\n  kel ") + GetParam()));
+}
+
+TEST_P(Help, IsPointedToWhenArgumentsAreWrong)
+{
+    const Ran ran = runKel({GetParam(), "--no-such-option"});
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(linesOf(ran.err), 1U);
+    EXPECT_THAT(ran.err, StartsWith("kel: "));
+    EXPECT_THAT(ran.err, HasSubstr(std::string("see 'kel ") + GetParam() + " --help'"));
+}
+
+TEST_P(Help, AgreesWithTheManPageAndTheDocument)
+{
+    const std::string command = GetParam();
+    std::string man = contentOf(KEL_SOURCE_DIR "/tools/kel/kel.1");
+    man.erase(std::remove(man.begin(), man.end(), '\\'), man.end());
+    EXPECT_THAT(man, HasSubstr("\n.BR " + command + " \""));
+    EXPECT_THAT(contentOf(KEL_SOURCE_DIR "/docs/kel.md"), HasSubstr("`kel " + command));
+    const std::string help = runKel({command, "--help"}).out;
+    for (std::size_t at = help.find("\n  --"); at != std::string::npos; at = help.find("\n  --", at + 1)) {
+        const std::string option = help.substr(at + 3, help.find_first_of(" \n", at + 3) - at - 3);
+        EXPECT_THAT(man, HasSubstr(option)) << command;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, Help,
+                         ::testing::Values("info", "convert", "check", "diff", "trace", "settings", "map", "locate",
+                                           "formats", "conform"),
+                         [](const auto& command) { return std::string(command.param); });
+
+TEST(Tool, ListsItsCommandsAndExitCodes)
+{
+    const Ran ran = runKel({"--help"});
+    EXPECT_EQ(ran.code, 0);
+    for (const char* command :
+         {"info", "convert", "check", "diff", "trace", "settings", "map", "locate", "formats", "conform"})
+        EXPECT_THAT(ran.out, HasSubstr(std::string("\n  ") + command + " "));
+    EXPECT_THAT(ran.out, HasSubstr("Exit code: 0 good, 1 the answer is no, 2 could not."));
+}
+
+TEST(Tool, TellsItsVersion)
+{
+    const Ran ran = runKel({"--version"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.out, "kel 25.1.0\n");
+}
+
+// ---- what cannot be done ------------------------------------------------------------------------------------------
+
+namespace {
+
+struct Impossible {
+    const char* name;
+    Arguments arguments; ///< "@" stands for the test's folder
+    const char* complaint;
+};
+
+void PrintTo(const Impossible& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
+// clang-format off
+const Impossible impossibles[] = {
+    {"NoCommand",         {},                                              "kel: A subcommand is required; see 'kel --help'\n"},
+    {"UnknownCommand",    {"frobnicate"},                                  "kel: no command is called 'frobnicate'; see 'kel --help'\n"},
+    {"NoFile",            {"check"},                                       "kel: FILE is required; see 'kel check --help'\n"},
+    {"MissingFile",       {"info", "@/none.kel"},                          "kel: @/none.kel: no such file\n"},
+    {"UnknownFile",       {"info", "@/text"},                              "kel: @/text: no format recognises it; 'kel formats' lists those that can be read\n"},
+    {"Folder",            {"check", "@"},                                  "kel: @: no format recognises it; 'kel formats' lists those that can be read\n"},
+    {"SlipInABox",        {"check", "box:3x"},                             "kel: box:3x: generated mesh 'box:3x': 'box:3x': expected three numbers from 1, like 'box:4x4x4', of at most 2^44 blocks\n"},
+    {"DamagedFile",       {"info", "@/cut.thin"},                          "kel: @/cut.thin: 'ok' expected, found 'o'\n"},
+    {"DamagedToCheck",    {"check", "@/cut.thin"},                         "kel: @/cut.thin: 'ok' expected, found 'o'\n"},
+    {"DamagedToDiff",     {"diff", "@/cut.thin", "@/cut.thin"},            "kel: @/cut.thin, @/cut.thin: cut.thin: 'ok' expected, found 'o'\n"},
+    {"DamagedToTrace",    {"trace", "@/cut.thin"},                         "kel: @/cut.thin: 'ok' expected, found 'o'\n"},
+    {"DamagedToConvert",  {"convert", "@/cut.thin", "@/new.thin"},         "kel: @/cut.thin: 'ok' expected, found 'o'\n"},
+    {"DamagedSettings",   {"settings", "@/cut.thin"},                      "kel: @/cut.thin: 'ok' expected, found 'o'\n"},
+    {"DamagedLocations",  {"locate", "@/cut.thin", "wall"},                "kel: @/cut.thin: 'ok' expected, found 'o'\n"},
+    {"NoMesh",            {"check", "@/good.thin"},                        "kel: @/good.thin: the mesh has 0 dimensions, 2 or 3 expected\n"},
+    {"UnknownFormat",     {"info", "--from", "nil", "@/good.thin"},        "kel: no format is called 'nil'; see 'kel formats'\n"},
+    {"UnknownTarget",     {"convert", "box:1x1x1", "--to", "nil", "@/o"},  "kel: no format is called 'nil'; see 'kel formats'\n"},
+    {"NoWriter",          {"convert", "box:1x1x1", "--to", "generated", "@/o"}, "kel: the format 'generated' cannot be written\n"},
+    {"NoSuffix",          {"convert", "box:1x1x1", "@/o"},                 "kel: @/o: no format writes this suffix; name one with --to (see 'kel formats')\n"},
+    {"TargetExists",      {"convert", "box:1x1x1", "--case-only", "@/good.thin"}, "kel: @/good.thin: exists already; --force replaces it\n"},
+    {"TargetIsSource",    {"convert", "--force", "@/good.thin", "@/good.thin"},   "kel: @/good.thin: is read and cannot be written at the same time\n"},
+    {"NoDataToWrite",     {"convert", "--data-only", "@/good.thin", "@/o.thin"},  "kel: @/good.thin: has no data\n"},
+    {"NoPlaceForData",    {"convert", "box:1x1x1", "@/o.thin"},            "kel: @/o.thin: the format 'thin' has no file for the data\n"},
+    {"NoFolderForTarget", {"convert", "box:1x1x1", "--case-only", "@/none/o.thin"}, "kel: @/none/o.thin: the writer could not open the target\n"},
+    {"NoTimeLevel",       {"convert", "box:1x1x1 levels:2", "--time", "3", "--to", "memory", "memory:a"}, "kel: box:1x1x1 levels:2: the source has no time level 3\n"},
+    {"NoLevelInRange",    {"convert", "box:1x1x1 levels:2", "--time", "3-9", "--to", "memory", "memory:a"}, "kel: box:1x1x1 levels:2: has no time level of 3-9\n"},
+    {"LevelsThatAreNone", {"convert", "box:1x1x1", "--time", "soon", "--to", "memory", "memory:a"}, "kel: 'soon' is no list of time levels; an example is 1,5-8,last\n"},
+    {"BothHalvesOnly",    {"convert", "--case-only", "--data-only", "a", "b"}, "kel: --case-only excludes --data-only; see 'kel convert --help'\n"},
+    {"NoMappingFolder",   {"map"},                                         "kel: no folder of mapping files: set KEL_VARIABLE_CONFIG_DIR\n"},
+    {"NameWithoutTarget", {"map", "T", "--from", "A"},                     "kel: NAME requires --to; see 'kel map --help'\n"},
+};
+// clang-format on
+
+std::string inFolder(std::string text, const TemporaryFolder& folder)
+{
+    for (std::size_t at = text.find('@'); at != std::string::npos; at = text.find('@', at))
+        text.replace(at, 1, folder.path().string());
+    return text;
+}
+
+} // namespace
+
+class ImpossibleRuns : public ::testing::TestWithParam<Impossible> {};
+
+TEST_P(ImpossibleRuns, ExitWith2AndOneLineOnStandardError)
+{
+    const TemporaryFolder folder;
+    folder.file("text", "nothing that a format knows\n");
+    folder.file("cut.thin", "thin o");
+    folder.file("good.thin", "thin ok 0\n");
+    Arguments arguments;
+    for (const std::string& argument : GetParam().arguments)
+        arguments.push_back(inFolder(argument, folder));
+    const Ran ran = runKel(arguments);
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(ran.err, inFolder(GetParam().complaint, folder));
+    EXPECT_EQ(folder.names().size(), 3U) << "nothing is left behind";
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, ImpossibleRuns, ::testing::ValuesIn(impossibles),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(Tool, SaysWhenItsAnswerCouldNotBeWritten)
+{
+    const TemporaryFolder folder;
+    const Ran ran = runKel({"formats"}, {}, nullptr, "/dev/full");
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_EQ(ran.err, "kel: standard output: No space left on device\n");
+}
+
+// ---- JSON ---------------------------------------------------------------------------------------------------------
+
+namespace {
+
+struct JsonRow {
+    const char* name;
+    Arguments arguments;
+    int code;
+    const char* has;
+};
+
+void PrintTo(const JsonRow& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
+// clang-format off
+const JsonRow jsonRows[] = {
+    {"Info",     {"info", "--json", "--stats", "box:8x8x8 fields:2 levels:3"},         0, "\"nodes\": 729,"},
+    {"Check",    {"check", "--json", "box:3x3x3 cells:tet"},                           0, "\"tetrahedra\": 162"},
+    {"Equal",    {"diff", "--json", "box:2x2x2", "box:2x2x2"},                         0, "\"equal\": true"},
+    {"Differs",  {"diff", "--json", "box:2x2x2", "box:2x2x3"},                         1, "\"equal\": false"},
+    {"Convert",  {"convert", "--json", "box:2x2x2", "--to", "memory", "memory:a"},     0, "\"losses\": []"},
+    {"Formats",  {"formats", "--json"},                                                0, "\"name\": \"generated\""},
+    {"Locate",   {"locate", "--json", "box:2x2x2", "z-min, box"},                      0, "\"entry\": \"z-min\""},
+    {"Nowhere",  {"locate", "--json", "box:2x2x2", "attic"},                           1, "\"cellZones\": []"},
+    {"Settings", {"settings", "--json", "box:2x2x2"},                                  0, "\"settings\": []"},
+};
+// clang-format on
+
+} // namespace
+
+class JsonAnswers : public ::testing::TestWithParam<JsonRow> {};
+
+TEST_P(JsonAnswers, Parse)
+{
+    const Ran ran = runKel(GetParam().arguments);
+    EXPECT_EQ(ran.code, GetParam().code);
+    EXPECT_EQ(ran.err, "");
+    EXPECT_TRUE(isJson(ran.out)) << ran.out;
+    EXPECT_THAT(ran.out, HasSubstr(GetParam().has));
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, JsonAnswers, ::testing::ValuesIn(jsonRows),
+                         [](const auto& row) { return row.param.name; });
+
+// ---- info ---------------------------------------------------------------------------------------------------------
+
+TEST(Info, ShowsSizesZonesSolutionAndLocations)
+{
+    const Ran ran = runKel({"info", "box:10x10x10 fields:2 levels:3"});
+    EXPECT_EQ(ran.code, 0);
+    for (const char* line :
+         {"  format       generated", "  mesh         1, 3 dimensions, in m\n", "  nodes        1,331\n",
+          "  cells        1,000\n", "   2  faces  interior  interior  2,700      1  2,700\n",
+          "  phase        1 'phase-1'\n", "  time levels  1, 2, 3\n", "  phase-1  field-1   cells       1      1\n",
+          "  part box: 1 body, 6 faces, 0 composites\n"})
+        EXPECT_THAT(ran.out, HasSubstr(line));
+    EXPECT_THAT(ran.out, Not(HasSubstr("smallest")));
+}
+
+TEST(Info, ShowsRangesOnDemand)
+{
+    const Ran ran = runKel({"info", "--stats", "box:4x4x4 fields:1"});
+    EXPECT_THAT(ran.out, HasSubstr("smallest"));
+    EXPECT_THAT(ran.out, HasSubstr("largest"));
+}
+
+// ---- check --------------------------------------------------------------------------------------------------------
+
+TEST(Check, ReportsFiguresAndEachRule)
+{
+    const Ran ran = runKel({"check", "box:10x10x20 size:1x2x4"});
+    EXPECT_EQ(ran.code, 0);
+    for (const char* line : {"  2,541 nodes, 6,500 faces, 2,000 cells\n", "    2,000 hexahedra\n",
+                             "  bounding box  (0, 0, 0) to (1, 2, 4) m\n", "  volume        8 m^3\n",
+                             "  good    cells are closed\n", "\nThe mesh is good.\n"})
+        EXPECT_THAT(ran.out, HasSubstr(line));
+}
+
+// ---- convert ------------------------------------------------------------------------------------------------------
+
+TEST(Convert, ReportsWhatIsLost)
+{
+    const TemporaryFolder folder;
+    const Arguments arguments = {"convert", "--case-only", "box:2x2x2", folder / "o.thin"};
+    const Ran ran = runKel(arguments);
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.err, "");
+    EXPECT_THAT(ran.out, StartsWith("written " + folder / "o.thin\n"));
+    EXPECT_THAT(ran.out, HasSubstr("losses:\n"));
+    EXPECT_THAT(ran.out, HasSubstr("  face cells: zone 2 'interior': not carried by the format\n"));
+}
+
+TEST(Convert, IsNoWhenStrictAndLossy)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(runKel({"convert", "--strict", "--case-only", "box:2x2x2", folder / "o.thin"}).code, 1);
+    EXPECT_EQ(folder.names(), Arguments{"o.thin"}) << "lossy, but written";
+    EXPECT_EQ(runKel({"convert", "--strict", "box:2x2x2 fields:1", "--to", "memory", "memory:a"}).code, 0);
+}
+
+TEST(Convert, ReplacesOnlyWhenForced)
+{
+    const TemporaryFolder folder;
+    const std::string target = folder.file("o.thin", "mine");
+    EXPECT_EQ(runKel({"convert", "--case-only", "box:2x2x2", target}).code, 2);
+    EXPECT_EQ(std::filesystem::file_size(target), 4U);
+    EXPECT_EQ(runKel({"convert", "--force", "--case-only", "box:2x2x2", target}).code, 0);
+    EXPECT_GT(std::filesystem::file_size(target), 4U);
+}
+
+// ---- diff ---------------------------------------------------------------------------------------------------------
+
+TEST(Diff, SaysEqualOrShowsWhatDiffers)
+{
+    const Ran equal = runKel({"diff", "box:3x3x3 fields:1", "box:3x3x3 fields:1"});
+    EXPECT_EQ(equal.code, 0);
+    EXPECT_EQ(equal.out, "The two models are equal.\n");
+    const Ran differs = runKel({"diff", "box:3x3x3", "box:3x3x3 size:1x1x2"});
+    EXPECT_EQ(differs.code, 1);
+    EXPECT_THAT(differs.out, StartsWith("  - box:3x3x3\n  + box:3x3x3 size:1x1x2\n\n"));
+    EXPECT_THAT(differs.out, HasSubstr(" against "));
+}
+
+TEST(Diff, LooksThroughTolerances)
+{
+    const Arguments models = {"box:3x3x3", "box:3x3x3 size:1x1x1.001"};
+    EXPECT_EQ(runKel({"diff", models[0], models[1]}).code, 1);
+    EXPECT_EQ(runKel({"diff", "--rtol", "0.01", models[0], models[1]}).code, 0);
+    EXPECT_EQ(runKel({"diff", "--atol", "0.01", models[0], models[1]}).code, 0);
+    EXPECT_EQ(runKel({"diff", "--atol", "1e-6", models[0], models[1]}).code, 1);
+    EXPECT_EQ(runKel({"diff", "--data-only", models[0], models[1]}).code, 0);
+    EXPECT_EQ(runKel({"diff", "--rtol", "-1", models[0], models[1]}).code, 2);
+}
+
+TEST(Diff, AMissingFileOfAModelIsADifference)
+{
+    const TemporaryFolder folder;
+    const std::string thin = folder.file("good.thin", "thin ok 0\n");
+    const Ran ran = runKel({"diff", thin, "box:1x1x1"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_THAT(ran.out, HasSubstr("files: the data: nothing against box:1x1x1\n"));
+}
+
+// ---- trace --------------------------------------------------------------------------------------------------------
+
+TEST(Trace, IsThatOfTheBareWriter)
+{
+    const Ran ran = runKel({"trace", "box:1x1x1 fields:1"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.err, "");
+    EXPECT_THAT(ran.out, StartsWith("Case\n\n"));
+    EXPECT_THAT(ran.out, HasSubstr("  3-D coordinates (8)\n\n"));
+    EXPECT_THAT(ran.out, HasSubstr("\nData\n\n"));
+    EXPECT_THAT(runKel({"trace", "--case-only", "box:1x1x1"}).out, Not(HasSubstr("Data")));
+    EXPECT_THAT(runKel({"trace", "--data-only", "box:1x1x1"}).out, Not(HasSubstr("coordinates")));
+}
+
+// ---- locate -------------------------------------------------------------------------------------------------------
+
+TEST(Locate, GivesZonesAndExplainsThem)
+{
+    const Ran ran = runKel({"locate", "box:2x2x2", "z-*"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.out, "face zone 7 'z-min', near side\nface zone 8 'z-max', near side\n");
+    EXPECT_EQ(runKel({"locate", "--explain", "box:2x2x2", "x-min, attic"}).out,
+              "x-min\n  is face box/x-min\nattic\n  names nothing\nface zone 3 'x-min', near side\n");
+}
+
+TEST(Locate, IsNoWhereNothingLies)
+{
+    const Ran ran = runKel({"locate", "box:2x2x2", "attic"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(ran.err, "kel: box:2x2x2: no zones lie behind 'attic'\n");
+}
+
+// ---- settings -----------------------------------------------------------------------------------------------------
+
+TEST(Settings, OfAModelWithoutAnyAreEmpty)
+{
+    const Ran ran = runKel({"settings", "box:2x2x2"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.out, "");
+    const Ran missing = runKel({"settings", "box:2x2x2", "settings/Solver"});
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_EQ(missing.err, "kel: box:2x2x2: has no setting settings/Solver\n");
+}
+
+// ---- formats ------------------------------------------------------------------------------------------------------
+
+TEST(Formats, ShowsPluginsToo)
+{
+    const Ran ran = runKel({"formats"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_THAT(ran.out, HasSubstr("read, written  .thin"));
+    EXPECT_THAT(runKel({"formats", "--markdown"}, {{"KEL_FORMAT_PLUGIN_DIR", ""}}).out, StartsWith("| | "));
+    EXPECT_EQ(runKel({"formats", "--markdown", "--json"}).code, 2);
+}
+
+// ---- map ----------------------------------------------------------------------------------------------------------
+
+namespace {
+
+std::string mapping(const std::string& source, const std::string& target, const std::string& contents)
+{
+    return "<?xml version=\"1.0\"?><mapping><attribute key=\"Source\" value=\"" + source +
+           "\"/><attribute key=\"Target\" value=\"" + target +
+           "\"/><attribute key=\"Attribute Name Of Mapped Key\" value=\"To\"/><contents>" + contents +
+           "</contents></mapping>";
+}
+
+std::string variable(const std::string& name, const std::string& to)
+{
+    return "<variable><attribute key=\"Name\" value=\"" + name + "\"/><attribute key=\"Long Name\" value=\"L\"/>" +
+           (to.empty() ? "" : "<attribute key=\"To\" value=\"" + to + "\"/>") + "</variable>";
+}
+
+Variables mappingFolder(const TemporaryFolder& folder)
+{
+    return {{"KEL_VARIABLE_CONFIG_DIR", folder.path().string()}};
+}
+
+} // namespace
+
+TEST(Map, ListsAndTranslates)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("a-b.xml", mapping("A", "B", variable("p", "pressure")));
+    const Ran list = runKel({"map"}, mappingFolder(folder));
+    EXPECT_EQ(list.code, 0);
+    EXPECT_EQ(list.out, "  from  to  variables  file\n  A     B           1  " + path + "\n");
+    const Ran name = runKel({"map", "p", "--from", "A", "--to", "B"}, mappingFolder(folder));
+    EXPECT_EQ(name.code, 0);
+    EXPECT_EQ(name.out, "pressure\n  Long Name: L\n  To: pressure\n");
+    EXPECT_TRUE(isJson(runKel({"map", "--json"}, mappingFolder(folder)).out));
+    EXPECT_TRUE(isJson(runKel({"map", "p", "--json", "--from", "A", "--to", "B"}, mappingFolder(folder)).out));
+}
+
+TEST(Map, IsNoForNamesAndWaysThatDoNotExist)
+{
+    const TemporaryFolder folder;
+    folder.file("a-b.xml", mapping("A", "B", variable("p", "pressure")));
+    const Ran name = runKel({"map", "q", "--from", "A", "--to", "B"}, mappingFolder(folder));
+    EXPECT_EQ(name.code, 1);
+    EXPECT_EQ(name.err, "kel: A has no variable 'q'\n");
+    const Ran way = runKel({"map", "p", "--from", "B", "--to", "A"}, mappingFolder(folder));
+    EXPECT_EQ(way.code, 1);
+    EXPECT_EQ(way.err, "kel: no mapping file leads from B to A\n");
+    const Ran json = runKel({"map", "p", "--json", "--from", "B", "--to", "A"}, mappingFolder(folder));
+    EXPECT_EQ(json.code, 1);
+    EXPECT_TRUE(isJson(json.out));
+}
+
+TEST(Map, CheckFindsWhatIsWrong)
+{
+    const TemporaryFolder folder;
+    folder.file("a-b.xml", mapping("A", "B",
+                                   variable("p", "pressure") + variable("T", "temperature") +
+                                       variable("T", "temperature") + variable("u", "")));
+    folder.file("b-a.xml", mapping("B", "A", variable("pressure", "p") + variable("temperature", "t")));
+    const Ran ran = runKel({"map", "--check"}, mappingFolder(folder));
+    EXPECT_EQ(ran.code, 1);
+    for (const char* line : {"a-b.xml: 'T' appears twice\n", "a-b.xml: 'u' has no name in B\n",
+                             "a-b.xml: 'T' becomes 'temperature' in B and comes back as 't'\n", "2 mapping files, "})
+        EXPECT_THAT(ran.out, HasSubstr(line));
+    EXPECT_THAT(ran.out, Not(HasSubstr("'p'")));
+    EXPECT_TRUE(isJson(runKel({"map", "--check", "--json"}, mappingFolder(folder)).out));
+}
+
+TEST(Map, CheckFindsFilesForTheSameVocabularies)
+{
+    const TemporaryFolder folder;
+    folder.file("1.xml", mapping("A", "B", variable("p", "pressure")));
+    folder.file("2.xml", mapping("A", "B", variable("p", "pressure")));
+    const Ran ran = runKel({"map", "--check"}, mappingFolder(folder));
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_THAT(ran.out, HasSubstr("another file leads from A to B as well; this one is not used\n2 mapping files, 1 "
+                                   "problem\n"));
+}
+
+TEST(Map, CheckIsGoodForTheExample)
+{
+    const Ran ran =
+        runKel({"map", "--check"}, {{"KEL_VARIABLE_CONFIG_DIR", std::string(KEL_SOURCE_DIR) + "/examples/mapping"}});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.out, "3 mapping files, 0 problems\n");
+}

@@ -1,5 +1,6 @@
 #include "Attributes.h"
 
+#include "CreationOrder.h"
 #include "FormatError.h"
 #include "Hdf5File.h"
 
@@ -39,9 +40,9 @@ hsize_t valueCount(const Handle& attribute)
     return count < 0 ? 0 : static_cast<hsize_t>(count);
 }
 
-herr_t addName(hid_t, const char* name, const H5A_info_t*, void* names)
+herr_t addName(hid_t, const char* name, const H5A_info_t* info, void* names)
 {
-    static_cast<std::vector<std::string>*>(names)->emplace_back(name);
+    static_cast<std::vector<NumberedName>*>(names)->push_back({info->corder_valid ? info->corder : 0, name});
     return 0;
 }
 
@@ -136,14 +137,10 @@ bool hasAttribute(hid_t object, const std::string& name)
 std::vector<std::string> attributeNames(hid_t object)
 {
     const QuietErrors quiet;
-    std::vector<std::string> names;
+    std::vector<NumberedName> attributes;
     hsize_t index = 0;
-    if (H5Aiterate2(object, H5_INDEX_CRT_ORDER, H5_ITER_INC, &index, addName, &names) < 0) {
-        names.clear();
-        index = 0;
-        checkedCall(H5Aiterate2(object, H5_INDEX_NAME, H5_ITER_INC, &index, addName, &names), pathOf(object));
-    }
-    return names;
+    checkedCall(H5Aiterate2(object, H5_INDEX_NAME, H5_ITER_NATIVE, &index, addName, &attributes), pathOf(object));
+    return inOrderOfCreation(std::move(attributes));
 }
 
 } // namespace meridyn::hdf5

@@ -382,3 +382,35 @@ TEST(Crashes, AFileThatCannotBeOpenedIsNotCut)
     EXPECT_EQ(bytesOf(path), damaged);
     EXPECT_EQ(folder.names(), std::vector<std::string>{"d.data.kel"});
 }
+
+// Whether something can be added to a damaged file or not: if not, it stays as it is.
+TEST(Crashes, AFailedAppendToADamagedFileChangesNothing)
+{
+    const Folder folder;
+    const std::string path = folder / "d.data.kel";
+    for (int level = 1; level <= 12; ++level) { // enough for the denser ways in which HDF5 keeps links
+        Writer writer;
+        ASSERT_TRUE(addLevel(writer, path, level, true)) << writer.errors();
+    }
+    const Bytes good = bytesOf(path);
+    std::vector<std::size_t> used; // most of a small file is room for later
+    for (std::size_t i = 0; i < good.size(); ++i)
+        if (good[i] != 0)
+            used.push_back(i);
+    std::mt19937 random(6);
+    int failed = 0;
+    for (int round = 0; round < 300; ++round) {
+        Bytes damaged = good;
+        for (unsigned flips = 1 + random() % 4; flips > 0; --flips)
+            damaged[used[random() % used.size()]] = static_cast<char>(random());
+        writeBytes(path, damaged);
+        Writer writer;
+        if (addLevel(writer, path, 99, true))
+            continue;
+        ++failed;
+        EXPECT_NE(writer.errors().find(path), std::string::npos) << round;
+        ASSERT_EQ(bytesOf(path) == damaged, true) << round;
+        ASSERT_EQ(folder.names(), std::vector<std::string>{"d.data.kel"}) << round;
+    }
+    EXPECT_GT(failed, 50);
+}

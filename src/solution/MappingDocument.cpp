@@ -1,11 +1,13 @@
 #include "solution/MappingDocument.h"
 
 #include "solution/KelVariableMappingHandler.h"
+#include "solution/ParserMemory.h"
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>
 #include <fstream>
 #include <sstream>
+#include <xercesc/framework/XMLPScanToken.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/sax/InputSource.hpp>
 #include <xercesc/util/BinInputStream.hpp>
@@ -93,10 +95,14 @@ bool parse(std::istream& stream, KelVariableMappingHandler& handler)
 {
     try {
         WatchedInput input(stream);
-        xercesc::SAXParser parser;
+        ParserMemory memory;
+        xercesc::SAXParser parser(nullptr, &memory);
         configure(parser);
         parser.setDocumentHandler(&handler);
-        parser.parse(InputStreamSource(input));
+        const InputStreamSource source(input);
+        xercesc::XMLPScanToken token;
+        for (bool goesOn = parser.parseFirst(source, token); goesOn; goesOn = parser.parseNext(token))
+            memory.beginStep();
         return parser.getErrorCount() == 0 && !input.isDamaged(); // no error handler: lesser errors are only counted
     } catch (...) {
         return false;

@@ -39,6 +39,40 @@ TEST(MappingDocument, ZeroCharactersAreDamageButWideEncodingsAreNot)
 
 namespace {
 
+std::string documentWithAttributes(int count)
+{
+    std::string text = "<mapping><attribute key='Source' value='S'/><other";
+    for (int i = 0; i < count; ++i)
+        text += " a" + std::to_string(i) + "=''";
+    return text + "/></mapping>";
+}
+
+} // namespace
+
+TEST(MappingDocument, AnElementOfVeryManyAttributesIsDamage)
+{
+    EXPECT_EQ(readMappingText(documentWithAttributes(1000), MappingParts::ALL).header, (Texts{{"Source", "S"}}));
+    EXPECT_TRUE(readMappingText(documentWithAttributes(10000), MappingParts::ALL).header.empty());
+}
+
+TEST(MappingDocument, ManyElementsAreNot)
+{
+    std::string text = "<mapping><attribute key='Source' value='S'/>";
+    for (int i = 0; i < 20000; ++i)
+        text += "<other a='1' b='2'>text</other>";
+    EXPECT_EQ(readMappingText(text + "</mapping>", MappingParts::ALL).header, (Texts{{"Source", "S"}}));
+}
+
+TEST(MappingDocument, ATextThatWouldTakeAllMemoryIsDamage)
+{
+    const std::string begin = "<mapping><attribute key='Source' value='S'/><other a='";
+    EXPECT_EQ(readMappingText(begin + std::string(1 << 20, 'x') + "'/></mapping>", MappingParts::ALL).header,
+              (Texts{{"Source", "S"}}));
+    EXPECT_TRUE(readMappingText(begin + std::string(1 << 26, 'x') + "'/></mapping>", MappingParts::ALL).header.empty());
+}
+
+namespace {
+
 /// The attributes of one element, for calls without a parser.
 class Attributes : public xercesc::AttributeList {
 public:

@@ -43,13 +43,13 @@ function(kel_add_test folder)
     gtest_discover_tests(${target} TEST_PREFIX "${folder}." DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
 endfunction()
 
-# kel_add_fuzz_target(<name> SOURCES <file with LLVMFuzzerTestOneInput> CORPUS <dir> LIBRARIES ... [INCLUDES ...])
+# kel_add_fuzz_target(<name> SOURCES <file with LLVMFuzzerTestOneInput> CORPUS <dir>... LIBRARIES ... [INCLUDES ...])
 #
 # A program fuzz_<name>, run as the test fuzz.<name>. With KEL_BUILD_FUZZERS it is libFuzzer's, built by the target
 # `fuzzers`, and runs for KEL_FUZZ_SECONDS; what it finds stays in the folder fuzz/<name> of the build. Otherwise the
 # same entry point has a driver that replays the corpus and then mutates it for a moment.
 function(kel_add_fuzz_target name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "CORPUS" "SOURCES;LIBRARIES;INCLUDES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "CORPUS;SOURCES;LIBRARIES;INCLUDES")
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "kel_add_fuzz_target(${name}): unknown arguments ${arg_UNPARSED_ARGUMENTS}")
     endif()

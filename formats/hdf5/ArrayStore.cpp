@@ -1,13 +1,12 @@
 #include "ArrayStore.h"
 
-#include "ChunkCodec.h"
 #include "ChunkedArray.h"
 #include "FileChannel.h"
+#include "ForeignChunks.h"
 #include "FormatError.h"
 #include "Hdf5File.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace meridyn::hdf5 {
 
@@ -78,7 +77,7 @@ public:
         _offset = H5Dget_offset(_dataSet.get());
         const std::uint64_t end = file.channel().size();
         if (_offset == HADDR_UNDEF || _offset > end || bytes > end - _offset)
-            throw FormatError(_label + " has " + std::to_string(bytes) + " bytes, which are not in a file of " +
+            throw FormatError("has " + std::to_string(bytes) + " bytes, which are not in a file of " +
                               std::to_string(end) + " bytes");
     }
 
@@ -103,52 +102,30 @@ private:
     std::uint64_t _offset = 0;
 };
 
-// Layouts that we do not write but that a tool may have made of ours (h5repack): HDF5 reads them.
-class LibraryReader final : public ArrayReader {
+// A small array in its description: not written by us, but a tool may have made it of ours (h5repack).
+class CompactReader final : public ArrayReader {
 public:
-    using ArrayReader::ArrayReader;
-
-    static std::unique_ptr<ArrayReader> make(Hdf5File& file, Handle dataSet, const std::string& label,
-                                             const ArrayShape& shape)
+    CompactReader(Hdf5File& file, Handle dataSet, const std::string& label, const ArrayShape& shape)
+        : ArrayReader(file, std::move(dataSet), label, shape)
     {
-        return std::unique_ptr<ArrayReader>(new LibraryReader(file, std::move(dataSet), label, shape));
+        // HDF5 does not compare the two before it reads.
+        const std::uint64_t bytes = shape.valueCount() * sizeOf(shape.type);
+        const std::uint64_t found = H5Dget_storage_size(_dataSet.get());
+        if (found != bytes || bytes > largestCompact)
+            throw FormatError("has " + std::to_string(found) + " bytes, " + std::to_string(bytes) + " expected");
     }
 
 private:
+    static constexpr std::uint64_t largestCompact = 64 * 1024; // of any message in a description
+
     void readValues(std::uint64_t first, std::uint64_t count, const Target& target) const override
     {
-        // Whole rows through a hyperslab; the few values before and behind them with their rows.
         const QuietErrors quiet;
         const std::size_t size = sizeOf(_shape.type);
-        auto* values = static_cast<unsigned char*>(target.values);
-        std::vector<unsigned char>& buffer = _file.buffer();
-        const std::uint64_t rowBytes = _shape.columns * size;
-        std::vector<unsigned char> wideRows;
-        if (rowBytes > buffer.size())
-            wideRows.resize(rowBytes);
-        unsigned char* rows = wideRows.empty() ? buffer.data() : wideRows.data();
-        const std::uint64_t block = std::max<std::uint64_t>(1, buffer.size() / rowBytes);
-        for (std::uint64_t done = 0; done < count;) {
-            const std::uint64_t row = (first + done) / _shape.columns;
-            const std::uint64_t rowCount = std::min(block, _shape.rows - row);
-            readRows(row, rowCount, rows);
-            const std::uint64_t skip = first + done - row * _shape.columns;
-            const std::uint64_t n = std::min(rowCount * _shape.columns - skip, count - done);
-            target.convert(rows + skip * size, values + done * target.size, n);
-            done += n;
-        }
-    }
-
-    void readRows(std::uint64_t row, std::uint64_t count, unsigned char* bytes) const
-    {
-        const hsize_t start[] = {row, 0};
-        const hsize_t extent[] = {count, _shape.columns};
-        const Handle space = checkedId(H5Dget_space(_dataSet.get()), _label);
-        const int rank = H5Sget_simple_extent_ndims(space.get());
-        checkedCall(H5Sselect_hyperslab(space.get(), H5S_SELECT_SET, start, nullptr, extent, nullptr), "selection");
-        const Handle memory = checkedId(H5Screate_simple(rank, extent, nullptr), "memory space");
-        checkedCall(H5Dread(_dataSet.get(), fileTypeOf(_shape.type), memory.get(), space.get(), H5P_DEFAULT, bytes),
+        std::vector<unsigned char> whole(_shape.valueCount() * size);
+        checkedCall(H5Dread(_dataSet.get(), fileTypeOf(_shape.type), H5S_ALL, H5S_ALL, H5P_DEFAULT, whole.data()),
                     _label);
+        target.convert(whole.data() + first * size, target.values, count);
     }
 };
 
@@ -169,6 +146,16 @@ ArrayShape shapeOf(hid_t dataSet)
         (shape.rows > 0 && shape.columns > largestArray / shape.rows / sizeOf(shape.type)))
         throw FormatError("has an extent of " + std::to_string(shape.rows) + " times " + std::to_string(shape.columns));
     return shape;
+}
+
+// Values outside the file are never fetched, whatever name the file gives.
+H5D_layout_t layoutOf(hid_t properties)
+{
+    const H5D_layout_t layout = H5Pget_layout(properties);
+    const bool isOutside = layout == H5D_CONTIGUOUS && H5Pget_external_count(properties) != 0;
+    if (isOutside || (layout != H5D_CONTIGUOUS && layout != H5D_CHUNKED && layout != H5D_COMPACT))
+        throw FormatError("has a layout that these files do not have");
+    return layout;
 }
 
 } // namespace
@@ -249,24 +236,23 @@ std::unique_ptr<ArrayReader> ArrayReader::open(Hdf5File& file, hid_t group, cons
 {
     const QuietErrors quiet;
     const std::string label = arrayLabel(group, name);
+    if (!hasLink(group, name))
+        throw FormatError(label + " is missing");
     Handle dataSet = checkedId(H5Dopen2(group, name.c_str(), H5P_DEFAULT), label);
-    ArrayShape shape;
     try {
-        shape = shapeOf(dataSet.get());
+        const Handle properties = checkedId(H5Dget_create_plist(dataSet.get()), "properties");
+        const H5D_layout_t layout = layoutOf(properties.get()); // first: the space of a virtual one is in other files
+        const ArrayShape shape = shapeOf(dataSet.get());
+        if (layout == H5D_CONTIGUOUS)
+            return std::make_unique<ContiguousReader>(file, std::move(dataSet), label, shape);
+        if (layout == H5D_COMPACT)
+            return std::make_unique<CompactReader>(file, std::move(dataSet), label, shape);
+        if (isOurPipeline(properties.get(), shape))
+            return makeChunkedReader(file, std::move(dataSet), label, shape);
+        return makeForeignReader(file, std::move(dataSet), label, shape, properties.get());
     } catch (const FormatError& error) {
         throw FormatError(label + " " + error.what());
     }
-    const Handle properties = checkedId(H5Dget_create_plist(dataSet.get()), label);
-    const H5D_layout_t layout = H5Pget_layout(properties.get());
-    if (layout == H5D_CONTIGUOUS && H5Pget_external_count(properties.get()) == 0)
-        return std::make_unique<ContiguousReader>(file, std::move(dataSet), label, shape);
-    if (layout == H5D_CHUNKED)
-        registerZstandard();
-    if (layout == H5D_CHUNKED && isOurPipeline(properties.get(), shape))
-        return makeChunkedReader(file, std::move(dataSet), label, shape);
-    if (layout != H5D_COMPACT && layout != H5D_CHUNKED)
-        throw FormatError(label + " has a layout that these files do not have");
-    return LibraryReader::make(file, std::move(dataSet), label, shape);
 }
 
 void ArrayReader::read(std::uint64_t first, std::uint64_t count, const Target& target) const

@@ -42,8 +42,9 @@ hsize_t valueCount(const Handle& attribute)
 
 herr_t addName(hid_t, const char* name, const H5A_info_t* info, void* names)
 {
-    static_cast<std::vector<NumberedName>*>(names)->push_back({info->corder_valid ? info->corder : 0, name});
-    return 0;
+    return withoutThrowing([&] {
+        static_cast<std::vector<NumberedName>*>(names)->push_back({info->corder_valid ? info->corder : 0, name});
+    });
 }
 
 } // namespace

@@ -177,14 +177,24 @@ Catalogue Catalogue::load(hid_t meshGroup)
     Catalogue catalogue;
     if (!hasLink(meshGroup, "phases"))
         return catalogue;
+    // Groups that are linked many times would make a small file a catalogue of any size.
+    std::set<haddr_t> known;
+    const auto openOnce = [&known](hid_t group, const std::string& link) {
+        Handle opened = openGroup(group, link);
+        H5O_info_t info{};
+        checkedCall(H5Oget_info2(opened.get(), &info, H5O_INFO_BASIC), pathOf(opened.get()));
+        if (!known.insert(info.addr).second)
+            throw FormatError(pathOf(opened.get()) + " has several names");
+        return opened;
+    };
     const Handle phases = openGroup(meshGroup, "phases");
     for (const std::string& phaseLink : linkNames(phases.get())) {
-        const Handle phaseGroup = openGroup(phases.get(), phaseLink);
+        const Handle phaseGroup = openOnce(phases.get(), phaseLink);
         Phase phase;
         phase.link = phaseLink;
         loadAttributes(phaseGroup.get(), phase);
         for (const std::string& variableLink : linkNames(phaseGroup.get())) {
-            const Handle variableGroup = openGroup(phaseGroup.get(), variableLink);
+            const Handle variableGroup = openOnce(phaseGroup.get(), variableLink);
             Variable variable;
             variable.link = variableLink;
             loadAttributes(variableGroup.get(), variable);

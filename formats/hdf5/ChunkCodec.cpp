@@ -3,6 +3,7 @@
 #include "FormatError.h"
 #include "Hdf5Handle.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -121,8 +122,9 @@ std::size_t runFilter(unsigned flags, std::size_t valueCount, const unsigned* va
 {
     const bool isReading = (flags & H5Z_FLAG_REVERSE) != 0;
     const unsigned long long content = isReading ? ZSTD_getFrameContentSize(*buffer, size) : ZSTD_compressBound(size);
-    constexpr unsigned long long largestChunk = 1ULL << 32; // HDF5's own limit
-    if (content > largestChunk)
+    // What a chunk says that it holds is taken from memory before it is looked at.
+    const unsigned long long plausible = std::max<unsigned long long>(64 * 1024 * 1024, 1000 * size);
+    if (isReading && content > plausible)
         return 0;
     void* const result = std::malloc(content > 0 ? content : 1);
     if (result == nullptr)
@@ -204,10 +206,10 @@ void ChunkCodec::decode(const unsigned char* encoded, std::size_t size)
     unshuffleBytes(_shuffled.data(), _raw.data(), _raw.size() / _valueSize, _valueSize);
 }
 
+// Each time, in place of what is registered: to ask whether it is there would load a plug-in, and an application may
+// have closed the library in between.
 void registerZstandard()
 {
-    if (H5Zfilter_avail(zstandardFilter) > 0)
-        return;
     H5Z_class2_t filter{};
     filter.version = H5Z_CLASS_T_VERS;
     filter.id = zstandardFilter;

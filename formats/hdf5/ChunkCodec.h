@@ -51,7 +51,7 @@ struct ChunkWorkspace {
     std::vector<std::vector<unsigned char>> encoded; ///< chunks on their way between threads and file
 };
 
-/// Makes the filter known to HDF5 in this process, unless it is already.
+/// Makes the filter known to HDF5 in this process.
 void registerZstandard();
 
 } // namespace meridyn::hdf5

@@ -10,7 +10,7 @@ bool canBeChunked(const ArrayShape& shape);
 /// Layout and filters of a compressed array: chunks of about 1 MiB, byte shuffle, Zstandard.
 void setChunks(hid_t creationProperties, const ArrayShape& shape, int level);
 
-/// Whether a chunked data set has these filters, so that we can decode its chunks.
+/// Whether a chunked data set has these chunks and filters; for others see ForeignChunks.h.
 bool isOurPipeline(hid_t creationProperties, const ArrayShape& shape);
 
 std::unique_ptr<ArrayWriter> makeChunkedWriter(Hdf5File& file, Handle dataSet, const std::string& label,

@@ -69,6 +69,12 @@ bool ElementMap::contains(std::uint64_t first, std::uint64_t last) const
     return false;
 }
 
+const ElementMap::Range* ElementMap::find(std::uint64_t id) const
+{
+    const std::size_t index = indexOf(id);
+    return index < _ranges.size() && _ranges[index].first <= id ? &_ranges[index] : nullptr;
+}
+
 std::uint64_t ElementMap::idOf(std::uint64_t row) const
 {
     for (const Range& range : _ranges)

@@ -35,6 +35,9 @@ public:
     std::uint64_t largestId() const { return _ranges.empty() ? 0 : _ranges.back().last; }
     bool contains(std::uint64_t first, std::uint64_t last) const;
 
+    /// The range that holds an id; null for none.
+    const Range* find(std::uint64_t id) const;
+
     /// The element of a row; 0 for a row too large.
     std::uint64_t idOf(std::uint64_t row) const;
 

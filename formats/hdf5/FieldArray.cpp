@@ -161,16 +161,16 @@ std::uint64_t FieldReader::read(std::uint64_t first, std::uint64_t last, T* valu
     };
     std::vector<Piece> pieces;
     for (std::uint64_t next = first; next <= last && next != 0;) {
-        const std::size_t known = pieces.size();
-        for (const Part& part : _parts)
-            for (const ElementMap::Range& range : part.elements.ranges())
-                if (pieces.size() == known && range.first <= next && next <= range.last) {
-                    const std::uint64_t end = std::min(last, range.last);
-                    pieces.push_back({&part, range.row + (next - range.first), end - next + 1});
-                }
-        if (pieces.size() == known)
+        const ElementMap::Range* range = nullptr;
+        const auto owner = std::find_if(_parts.begin(), _parts.end(), [&range, next](const Part& part) {
+            range = part.elements.find(next);
+            return range != nullptr;
+        });
+        if (range == nullptr)
             return 0;
-        next += pieces.back().rows;
+        const std::uint64_t end = std::min(last, range->last);
+        pieces.push_back({&*owner, range->row + (next - range->first), end - next + 1});
+        next = end + 1;
     }
     std::uint64_t stored = 0;
     for (const Piece& piece : pieces) {

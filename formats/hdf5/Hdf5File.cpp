@@ -8,6 +8,7 @@
 #include "Journal.h"
 
 #include <cstdio>
+#include <cstring>
 #include <unistd.h>
 
 namespace meridyn::hdf5 {
@@ -41,9 +42,16 @@ Handle groupProperties()
 
 herr_t addName(hid_t, const char* name, const H5L_info_t* info, void* names)
 {
-    if (info->type == H5L_TYPE_HARD)
-        static_cast<std::vector<NumberedName>*>(names)->push_back({info->corder_valid ? info->corder : 0, name});
-    return 0;
+    return withoutThrowing([&] {
+        if (info->type == H5L_TYPE_HARD && std::strchr(name, '/') == nullptr) // none of ours, and a path for HDF5
+            static_cast<std::vector<NumberedName>*>(names)->push_back({info->corder_valid ? info->corder : 0, name});
+    });
+}
+
+bool isHardLink(hid_t group, const std::string& path)
+{
+    H5L_info_t info{};
+    return H5Lget_info(group, path.c_str(), &info, H5P_DEFAULT) >= 0 && info.type == H5L_TYPE_HARD;
 }
 
 } // namespace
@@ -53,9 +61,9 @@ std::unique_ptr<Hdf5File> Hdf5File::openForReading(const std::string& path)
     const QuietErrors quiet;
     std::unique_ptr<Hdf5File> file(new Hdf5File(path));
     file->_channel = std::make_shared<FileChannel>(path, FileChannel::Mode::Read);
+    file->_isOpen = true;
     const Handle access = accessThrough(file->_channel);
     file->_file = checkedId(H5Fopen(path.c_str(), H5F_ACC_RDONLY, access.get()), "cannot be opened as HDF5 file");
-    file->_isOpen = true;
     return file;
 }
 
@@ -171,12 +179,17 @@ Handle replaceGroup(Hdf5File& file, hid_t group, const std::string& name)
 bool hasLink(hid_t group, const std::string& name)
 {
     const QuietErrors quiet;
-    return H5Lexists(group, name.c_str(), H5P_DEFAULT) > 0;
+    for (std::size_t slash = name.find('/'); slash != std::string::npos; slash = name.find('/', slash + 1))
+        if (!isHardLink(group, name.substr(0, slash)))
+            return false;
+    return isHardLink(group, name);
 }
 
 Handle openGroup(hid_t group, const std::string& name)
 {
     const QuietErrors quiet;
+    if (!hasLink(group, name))
+        throw FormatError(pathOf(group) + "/" + name + " is missing");
     return checkedId(H5Gopen2(group, name.c_str(), H5P_DEFAULT), pathOf(group) + "/" + name);
 }
 

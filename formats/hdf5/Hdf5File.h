@@ -67,7 +67,8 @@ private:
 };
 
 /// @name Groups
-/// Paths are relative to the given group and made of link names.
+/// Paths are relative to the given group and made of link names. Only hard links count, at every step: what a soft or
+/// an external link leads to, in another file perhaps, is not there.
 /// @{
 bool hasLink(hid_t group, const std::string& name);
 Handle openGroup(hid_t group, const std::string& name);

@@ -8,9 +8,10 @@ namespace {
 
 herr_t keepInnermost(unsigned depth, const H5E_error2_t* error, void* data)
 {
-    if (depth == 0 && error->desc != nullptr)
-        *static_cast<std::string*>(data) = error->desc;
-    return 0;
+    return withoutThrowing([&] {
+        if (depth == 0 && error->desc != nullptr)
+            *static_cast<std::string*>(data) = error->desc;
+    });
 }
 
 } // namespace

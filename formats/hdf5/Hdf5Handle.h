@@ -40,6 +40,19 @@ private:
     void* _data = nullptr;
 };
 
+/// For what HDF5 calls back: an exception through its frames would leave its objects open.
+/// @return negative when the work threw
+template <class Work>
+herr_t withoutThrowing(Work&& work) noexcept
+{
+    try {
+        work();
+        return 0;
+    } catch (...) {
+        return -1;
+    }
+}
+
 /// The words of the lowest layer about the last failed HDF5 call.
 std::string hdf5Words();
 

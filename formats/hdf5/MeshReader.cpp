@@ -45,8 +45,8 @@ MeshReader::Rows MeshReader::rowsOf(KelZoneCategory category, std::uint64_t firs
     if (first == 0 && last == 0)
         return rows;
     const ElementMap& map = _elements[category];
-    if (!map.forEachPiece(first, last, [&rows](std::uint64_t row, std::uint64_t count, std::uint64_t) {
-            rows = {row, count};
+    if (!map.forEachPiece(first, last, [&rows](std::uint64_t row, std::uint64_t count, std::uint64_t position) {
+            rows = {row - position, position + count}; // ranges that touch have rows that do
         }))
         throw FormatError(pathOf(_group.get()) + ": " + groupNameOf(category) + " " + std::to_string(first) + " to " +
                           std::to_string(last) + " are not in the mesh, which has " + std::to_string(map.rowCount()) +

@@ -2,84 +2,10 @@
 #include "LevelFile.h"
 
 #include <csignal>
-#include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-/// HDF5 1.10 keeps memory of its own when it gives a damaged file up; what we would leak has no frame of it.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
-{
-    return "leak:libhdf5";
-}
-
 using namespace hdf5test;
-
-namespace {
-
-/// Asks a reader of a file of unknown quality for everything, in the ranges that it claims to have.
-void readEverything(const std::string& path)
-{
-    Reader reader;
-    const bool isCase = reader.startReading(path, KEL_CASE);
-    const bool isData = reader.startReading(path, KEL_DATA);
-    if (!isCase && !isData) {
-        EXPECT_TRUE(reader.hasError());
-        return;
-    }
-    std::vector<double> reals(64);
-    std::vector<unsigned64> ids(64);
-    std::vector<short> counts(64);
-    std::vector<int> ints(64);
-    std::vector<KelCellType> types(64);
-    const unsigned64 room = 64;
-    reader.getCoordinatesForNodesInRange(1, 12, reals.data(), room);
-    reader.getNodeCountsForFacesInRange(1, 11, counts.data(), room);
-    reader.getNodeIdsForFacesInRange(1, 11, ids.data(), room);
-    reader.getCell0sForFacesInRange(1, 11, ids.data(), room);
-    reader.getCell1sForFacesInRange(1, 11, ids.data(), room);
-    reader.getTypesForCellsInRange(1, 2, types.data(), room);
-    reader.getChildFaceIdsForFacesInRange(1, 11, ids.data(), room);
-    reader.getPartitionIdsForCellsInRange(1, 2, ints.data(), room);
-    reader.getLocationModel();
-    std::vector<std::string> names;
-    std::vector<std::pair<std::string, std::string>> log;
-    for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA}) {
-        reader.getLog(dataClass, log);
-        reader.getSettingsGroups(dataClass, names);
-        reader.getSettingsKeys(dataClass, names);
-        reader.availableMeshIds(dataClass);
-        if (reader.getSetNames(dataClass, names))
-            for (const std::string& name : names)
-                if (reader.startReadingSet(name)) {
-                    reader.getIdsForSetInRange(1, 1, ids.data(), room);
-                    reader.endReadingSet();
-                }
-    }
-    const std::vector<int> levels = reader.getTimeLevels();
-    for (std::size_t i = 0; i < std::min<std::size_t>(levels.size(), 4); ++i) {
-        reader.startReadingTimeLevel(levels[i]);
-        std::vector<short> phases;
-        reader.getPhaseIds(phases);
-        for (const short phase : phases) {
-            reader.startReadingPhase(phase);
-            std::vector<int> variables;
-            reader.solutionModel()->getVariables(phase, variables);
-            for (const int variable : variables) {
-                std::vector<int> zones;
-                reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, variable, zones);
-                reader.getValuesOfPhaseVariableForElementsInRange(1, 2, reals.data(), room);
-            }
-            unsigned64 members = 0;
-            reader.getSetDataNames(names);
-            for (const std::string& name : names)
-                if (reader.startReadingSetData(name, members))
-                    reader.getIdsForSetData(ids);
-        }
-    }
-}
-
-} // namespace
 
 TEST(Faults, MissingThingsAreNamedAndLeaveNoFile)
 {
@@ -317,33 +243,3 @@ TEST(Faults, AFullDiskLeavesNoFileAndNoLostLevel)
     }
     EXPECT_GT(failed, 5);
 }
-
-class Damage : public ::testing::TestWithParam<int> {};
-
-TEST_P(Damage, NeverCrashesAReader)
-{
-    const Folder folder;
-    const TwoCells mesh;
-    Writer writer;
-    writer.setCompression(GetParam());
-    ASSERT_TRUE(mesh.write(writer, folder / "d.case.kel")) << writer.errors();
-    ASSERT_TRUE(addLevel(writer, folder / "d.data.kel", 1, false)) << writer.errors();
-    std::mt19937 random(5);
-    for (const char* const name : {"d.case.kel", "d.data.kel"}) {
-        const Bytes good = bytesOf(folder / name);
-        for (std::size_t length = 0; length < good.size(); length += 1 + good.size() / 200) {
-            writeBytes(folder / "bad", Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length)));
-            readEverything(folder / "bad");
-        }
-        for (int round = 0; round < 1500; ++round) {
-            Bytes bad = good;
-            for (unsigned flips = 1 + random() % 4; flips > 0; --flips)
-                bad[random() % bad.size()] = static_cast<char>(random());
-            writeBytes(folder / "bad", bad);
-            readEverything(folder / "bad");
-        }
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Plain, Damage, ::testing::Values(0));
-INSTANTIATE_TEST_SUITE_P(Compressed, Damage, ::testing::Values(1));

@@ -103,9 +103,10 @@ bool writeSampleData(Writer& writer, const std::string& path)
 
 } // namespace
 
-bool writeSample(const std::string& caseFile, const std::string& dataFile, std::string& errors)
+bool writeSample(const std::string& caseFile, const std::string& dataFile, std::string& errors, int compression)
 {
     Writer writer;
+    writer.setCompression(compression);
     writer.setApplicationName("Sample");
     const bool done = writeSampleCase(writer, caseFile) && writeSampleData(writer, dataFile);
     errors = writer.errors();

@@ -19,7 +19,7 @@ using namespace hdf5test;
 
 namespace {
 
-constexpr unsigned damagesPerFile = 1000;
+constexpr unsigned damagesPerFile = 600;
 
 /// What the process has open: objects of files as HDF5 counts them, and descriptors.
 std::map<std::string, long> openThings()

@@ -62,7 +62,7 @@ public:
     using KelFileConsumer::setValuesOfParticleTrackVariable;
     void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, int variableId, std::vector<int>& zoneIds, unsigned64 size) override { startWritingPhaseVariableInZonesOfCategory(category, variableName(variableId), zoneIds, size); }
 #define KEL_DEFINE(T) void setValuesOfParticleTrackVariable(int variableId, const T* values, unsigned64 count) override { setValuesOfParticleTrackVariable(variableName(variableId), values, count); }
-    KEL_FOR_EACH_PLAIN_TYPE(KEL_DEFINE)
+    KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE
     /// @}
     // clang-format on

@@ -66,7 +66,7 @@ public:
         const std::string name = variableName(variableId);                                                             \
         return name.empty() ? 0 : getValuesOfParticleTrackVariable(name, values, capacity);                            \
     }
-    KEL_FOR_EACH_PLAIN_TYPE(KEL_DEFINE)
+    KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE
     /// @}
 

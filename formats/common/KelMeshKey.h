@@ -2,6 +2,7 @@
 
 #include "KelTypes.h"
 
+#include <string>
 #include <tuple>
 
 namespace meridyn {
@@ -17,6 +18,13 @@ struct KelMeshKey {
     static KelMeshKey ofContext(int meshId, KelTargetCategory target, int partitionId)
     {
         return {meshId < 1 ? 1 : meshId, target, target == KEL_PARTITIONED_POST ? partitionId : -1};
+    }
+
+    /// "mesh_4_target_2_partition_3"
+    std::string groupName() const
+    {
+        return "mesh_" + std::to_string(meshId) + "_target_" + std::to_string(target) + "_partition_" +
+               std::to_string(partitionId);
     }
 
     friend bool operator==(const KelMeshKey& a, const KelMeshKey& b) { return a.tie() == b.tie(); }

@@ -242,7 +242,7 @@ bool KelMemoryConsumer::startWritingParticleTracks(short phaseId, int meshId, Ke
     if (getPhaseName(phaseId).empty())
         return fail("particle tracks of an unknown phase");
     _tracks =
-        open(tree(KEL_DATA), {"phases", getPhaseName(phaseId), "tracks", nameOfTracks(meshId, target, partitionId)});
+        open(tree(KEL_DATA), {"phases", getPhaseName(phaseId), "tracks", KelMeshKey{meshId, target, partitionId}.groupName()});
     return _tracks != nullptr;
 }
 

@@ -133,7 +133,7 @@ public:
     Id   setVariableLengthVariableForSetData(const T* v, Id n, const Id*    lengths, Id count) override { return appendLists(v, n, lengths, count); } \
     void writeOtherDataForSetData(const Text& name, const T* v, Id n) override { writeOtherDataForSet(name, v, n); } \
     void setValuesOfParticleTrackVariable(const Text& name, const T* v, Id n) override { keepTrack(name, copyOf(v, n), n); }
-    KEL_FOR_EACH_PLAIN_TYPE(KEL_DEFINE)
+    KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE
 
 protected:

@@ -155,7 +155,7 @@ public:
     bool getDataOfConstantLengthVarForSetData(const Text& name, std::vector<T>& v, Id& size) const override { sizeOf((*_set)["variables"][name], size); return (*_set)["variables"][name].get(v); } \
     bool getDataOfVariableLengthVarForSetData(const Text& name, std::vector<T>& v) const override { return (*_set)["lists"][name].get(v); } \
     bool getOtherDataForSetData(const Text& name, std::vector<T>& v) const override { return (*_set)["others"][name].get(v); }
-    KEL_FOR_EACH_PLAIN_TYPE(KEL_DEFINE)
+    KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE
 
 protected:
@@ -173,7 +173,7 @@ private:
     const Node& array(const char* name) const { return tree(KEL_CASE)[name]; }
     const Node& phase(const Text& name) const { return tree(KEL_DATA)["phases"][name]; }
     const Node& setData() const { Text name; return getActivePhase(name) ? phase(name)["set data"] : Node::nothing; }
-    const Node& tracks(short phaseId, int mesh, KelTargetCategory target, int partition) const { return phase(getPhaseName(phaseId))["tracks"][nameOfTracks(mesh, target, partition)]; }
+    const Node& tracks(short phaseId, int mesh, KelTargetCategory target, int partition) const { return phase(getPhaseName(phaseId))["tracks"][KelMeshKey{mesh, target, partition}.groupName()]; }
     bool fail(const Text& text) const;
     bool select(KelDataClass dataClass);
     void forgetOpenParts();

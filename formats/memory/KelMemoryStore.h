@@ -139,12 +139,6 @@ struct KelMemoryFile {
     std::map<KelMeshKey, Mesh> meshes;
 };
 
-/// The name under which a phase has the tracks of a mesh.
-inline std::string nameOfTracks(int meshId, KelTargetCategory target, int partitionId)
-{
-    return std::to_string(meshId) + " " + std::to_string(target) + " " + std::to_string(partitionId);
-}
-
 /// The files of this process, by name ("memory:" and anything) and data class. A file never changes once it is there:
 /// a reader keeps what it opened although a writer puts another in its place. May be used from several threads.
 class KEL_API KelMemoryStore {

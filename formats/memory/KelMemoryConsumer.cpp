@@ -39,17 +39,11 @@ bool KelMemoryConsumer::fail(const Text& what) const
     return false;
 }
 
-void KelMemoryConsumer::log(Pairs entries, KelDataClass dataClass)
-{
-    if (isOpen(dataClass) || fail("a log entry before the file is started"))
-        _files[dataClass]->log.insert(_files[dataClass]->log.end(), entries.begin(), entries.end());
-}
-
 void KelMemoryConsumer::writeSettingStrings(const Pairs& pairs, KelDataClass dataClass, const Text& group) const
 {
-    if (!_writeSettings || !(isOpen(dataClass) || fail("settings before the file is started")))
+    if (!_writeSettings || !started(dataClass))
         return;
-    KelMemoryNode& settings = _files[dataClass]->settings[group];
+    Node& settings = _files[dataClass]->settings[group];
     for (const auto& [key, text] : pairs)
         if (_overrideSettings || !std::as_const(settings)[key])
             settings[key].text = text;
@@ -58,10 +52,9 @@ void KelMemoryConsumer::writeSettingStrings(const Pairs& pairs, KelDataClass dat
 bool KelMemoryConsumer::addStringAttribute(const Text& section, const Text& group, const Text& name,
                                            const Text& value) const
 {
-    if (!isOpen(_current))
-        return fail("a text attribute before the file is started");
-    _files[_current]->settings[section + "/" + group][name].text = value;
-    return true;
+    if (started(_current))
+        _files[_current]->settings[section + "/" + group][name].text = value;
+    return isOpen(_current);
 }
 
 void KelMemoryConsumer::writeMeshAttributes() const
@@ -78,47 +71,6 @@ void KelMemoryConsumer::writeMeshAttributes() const
                 levels.push_back(level);
         to->solution.timeLevels = levels;
     }
-}
-
-// ---- where things go
-
-KelMemoryFile::Mesh* KelMemoryConsumer::mesh(KelDataClass dataClass) const
-{
-    const KelMeshKey key = KelMeshKey::ofContext(getMeshId(), getTarget(), getPartitionId());
-    return isOpen(dataClass) ? &_files[dataClass]->meshes[key] : nullptr;
-}
-
-KelMemoryNode* KelMemoryConsumer::tree(KelDataClass dataClass) const
-{
-    KelMemoryFile::Mesh* to = mesh(dataClass);
-    if (!to && !fail("values before the file is started"))
-        return nullptr;
-    return dataClass == KEL_DATA ? open(&to->tree, {"level " + std::to_string(getTimeLevel())}) : &to->tree;
-}
-
-KelMemoryNode* KelMemoryConsumer::phase() const
-{
-    Text name;
-    const bool isActive = getActivePhase(name) || fail("values of a phase, but none is active");
-    return isActive ? open(tree(KEL_DATA), {"phases", name}) : nullptr;
-}
-
-KelMemoryNode* KelMemoryConsumer::open(Node* parent, std::initializer_list<Text> path, Id size)
-{
-    for (const Text& name : path)
-        parent = parent ? &(*parent)[name] : nullptr;
-    if (parent && size > 0)
-        parent->size = size;
-    return parent;
-}
-
-KelMemoryNode* KelMemoryConsumer::renew(Node* node, Id size)
-{
-    if (node) {
-        *node = Node{node->name};
-        node->size = size;
-    }
-    return node;
 }
 
 /// Opens an array that goes on with what is there for other zones, unless it has another type or size.
@@ -149,36 +101,13 @@ void KelMemoryConsumer::keepUniform(Node* to, Id first, Id last, long value) con
              ": no range of ids, or negative");
 }
 
-void KelMemoryConsumer::keepList(Node* to, KelMemoryValues values)
-{
-    if (renew(to)) {
-        to->type = Type(values.index());
-        to->values.append(std::move(values));
-    }
-}
-
-// ---- mesh
-
-unsigned64 KelMemoryConsumer::dimension() const
-{
-    Id dimension = 0;
-    getMeshSize(KEL_MESH_DIMENSION, dimension);
-    return dimension;
-}
+// ---- mesh and solution
 
 void KelMemoryConsumer::startWritingTypesForCells(const Zones& zones, const std::vector<KelCellType>& types)
 {
     for (std::size_t n = 0; n < std::min(zones.size(), types.size()); ++n)
         if (const auto [first, last] = rangeOfZone(zones[n]); types[n] != -1 && first != 0)
             keepUniform(array("cell types", 1), first, last, types[n]);
-}
-
-void KelMemoryConsumer::startWritingCaseSectionCategories(KelZoneCategory category, const std::vector<Text>& names)
-{
-    _section = nullptr;
-    _sections = open(tree(KEL_CASE), {"sections", std::to_string(category)});
-    for (const Text& name : names)
-        open(_sections, {name});
 }
 
 void KelMemoryConsumer::startWritingCaseSectionDataForCategory(const Text& name, const Zones& zones, Type type, Id size)
@@ -196,8 +125,6 @@ void KelMemoryConsumer::setCaseSectionDataForElementsInRange(Id first, Id last, 
         });
 }
 
-// ---- solution
-
 void KelMemoryConsumer::startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, const Text& name,
                                                                    Zones& zones, Id size)
 {
@@ -212,37 +139,13 @@ void KelMemoryConsumer::startWritingPhaseVariableInZonesOfCategory(KelZoneCatego
     _field = openField(open(phase(), {"fields", std::to_string(category)}), name, zones, Type(-1), size);
 }
 
-void KelMemoryConsumer::startWritingSet(const Text& name, KelZoneCategory category)
-{
-    endWritingSet();
-    if ((_set = renew(open(tree(_current), {"sets", name}))))
-        _set->category = category;
-}
-
-void KelMemoryConsumer::setSizesAndMinMaxIdsForSet(const Ids& sizes, const Ids& minIds, const Ids& maxIds)
-{
-    keepList(open(started(_set), {"sizes"}), sizes);
-    keepList(open(_set, {"min ids"}), minIds);
-    keepList(open(_set, {"max ids"}), maxIds);
-}
-
-void KelMemoryConsumer::startList(const Text& name, Type type, Type lengthType)
-{
-    if (!(_variable = open(started(_set), {"lists", name})))
-        return;
-    if (type != -1)
-        _variable->type = type;
-    if (lengthType != -1)
-        _variable->counts().type = lengthType;
-}
-
 bool KelMemoryConsumer::startWritingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId)
 {
     endWritingParticleTracks();
     if (getPhaseName(phaseId).empty())
         return fail("particle tracks of an unknown phase");
-    _tracks =
-        open(tree(KEL_DATA), {"phases", getPhaseName(phaseId), "tracks", KelMeshKey{meshId, target, partitionId}.groupName()});
+    _tracks = open(tree(KEL_DATA),
+                   {"phases", getPhaseName(phaseId), "tracks", KelMeshKey{meshId, target, partitionId}.groupName()});
     return _tracks != nullptr;
 }
 

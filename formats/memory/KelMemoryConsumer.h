@@ -33,7 +33,8 @@ public:
 
     // clang-format off
     // ---- run
-    void log(Pairs entries, KelDataClass dataClass) override;
+    void log(Pairs entries, KelDataClass dataClass) override
+    { if (started(dataClass)) _files[dataClass]->log.insert(_files[dataClass]->log.end(), entries.begin(), entries.end()); }
     bool isWritingData() override { return _files[0] || _files[1]; }
     void writeSettingStrings(const Pairs& pairs, KelDataClass dataClass, const Text& group) const override;
     bool addStringAttribute(const Text& section, const Text& group, const Text& name, const Text& value) const override;
@@ -44,8 +45,8 @@ public:
 
     // ---- mesh
     void setLocalElemIdsInZone(int zone, const Id* v, Id n) override { keepList(open(array("local ids"), {std::to_string(zone)}), copyOf(v, n)); }
-    void setCoordinatesForNodesInRange(Id first, Id last, const double* v, Id n) override { keep(array("coordinates", dimension()), first, last, inPrecision(v, n)); }
-    void setCoordinatesForNodesInRange(Id first, Id last, const float*  v, Id n) override { keep(array("coordinates", dimension()), first, last, inPrecision(v, n)); }
+    void setCoordinatesForNodesInRange(Id first, Id last, const double* v, Id n) override { keepCoordinates(first, last, inPrecision(v, n)); }
+    void setCoordinatesForNodesInRange(Id first, Id last, const float*  v, Id n) override { keepCoordinates(first, last, inPrecision(v, n)); }
 
     void setUniformNodeCountForEdgesInRange(Id first, Id last, short n) override { keepUniform(counts("edge nodes"), first, last, n); }
     void setNodeCountsForEdgesInRange(Id first, Id last, const short* v, Id n) override { keep(counts("edge nodes"), first, last, copyOf(v, n)); }
@@ -57,15 +58,19 @@ public:
     void setCell0sForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("cell 0", 1), first, last, copyOf(v, n)); }
     void setCell1sForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("cell 1", 1), first, last, copyOf(v, n)); }
     void setShadowFaceIdsForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("shadow faces", 1), first, last, copyOf(v, n)); }
-    void startWritingInterfaceDataForFaces(const Zones& zones0, const Zones& zones1) override { keepList(array("interface zones 0"), zones0); keepList(array("interface zones 1"), zones1); }
-    void setInterfaceDataForFacesInZone(int zone, const float*  a, Id na, const float*  b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) override { keepInterface(zone, a, na, b, nb, v0, n0, v1, n1); }
-    void setInterfaceDataForFacesInZone(int zone, const double* a, Id na, const double* b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) override { keepInterface(zone, a, na, b, nb, v0, n0, v1, n1); }
+    void startWritingInterfaceDataForFaces(const Zones& zones0, const Zones& zones1) override
+    { keepList(array("interface zones 0"), zones0); keepList(array("interface zones 1"), zones1); }
+    void setInterfaceDataForFacesInZone(int zone, const float*  a, Id na, const float*  b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) override
+    { keepInterface(zone, a, na, b, nb, v0, n0, v1, n1); }
+    void setInterfaceDataForFacesInZone(int zone, const double* a, Id na, const double* b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) override
+    { keepInterface(zone, a, na, b, nb, v0, n0, v1, n1); }
     void setUniformChildFaceCountForFacesInRange(Id first, Id last, short n) override { keepUniform(counts("child faces"), first, last, n); }
     void setChildFaceCountsForFacesInRange(Id first, Id last, const short* v, Id n) override { keep(counts("child faces"), first, last, copyOf(v, n)); }
     void setChildFaceIdsForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("child faces"), first, last, copyOf(v, n)); }
 
     void startWritingTypesForCells(const Zones& zones, const std::vector<KelCellType>& types) override;
-    void setTypesForCellsInRange(Id first, Id last, const KelCellType* v, Id n) override { keep(array("cell types", 1), first, last, std::vector<int>(v, v + (v ? n : 0))); }
+    void setTypesForCellsInRange(Id first, Id last, const KelCellType* v, Id n) override
+    { keep(array("cell types", 1), first, last, std::vector<int>(v, v + (v ? n : 0))); }
     void setUniformNodeCountForCellsInRange(Id first, Id last, short n) override { keepUniform(counts("cell nodes"), first, last, n); }
     void setNodeCountsForCellsInRange(Id first, Id last, const short* v, Id n) override { keep(counts("cell nodes"), first, last, copyOf(v, n)); }
     void setNodeIdsForCellsInRange(Id first, Id last, const Id* v, Id n) override { keep(array("cell nodes"), first, last, copyOf(v, n)); }
@@ -78,7 +83,13 @@ public:
     void setChildCellCountsForCellsInRange(Id first, Id last, const short* v, Id n) override { keep(counts("child cells"), first, last, copyOf(v, n)); }
     void setChildCellIdsForCellsInRange(Id first, Id last, const Id* v, Id n) override { keep(array("child cells"), first, last, copyOf(v, n)); }
 
-    void startWritingCaseSectionCategories(KelZoneCategory category, const std::vector<Text>& names) override;
+    void startWritingCaseSectionCategories(KelZoneCategory category, const std::vector<Text>& names) override
+    {
+        _section = nullptr;
+        _sections = open(tree(KEL_CASE), {"sections", std::to_string(category)});
+        for (const Text& name : names)
+            open(_sections, {name});
+    }
     void startWritingCaseSectionDataForCategory(const Text& name, const Zones& zones, Type type, Id size) override;
     void setCaseSectionDataForElementsInRange(Id first, Id last, const void* values, Id n) override;
     void endWritingCaseSectionDataForCategory() override { _section = nullptr; }
@@ -86,13 +97,20 @@ public:
     // ---- solution
     using KelFormatConsumer::startWritingPhaseVariableInZonesOfCategory;
     void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, const Text& name, Zones& zones, Id size) override;
-    void setValuesOfPhaseVariableForElementsInRange(Id first, Id last, const float*  v, Id n) override { keep(started(_field), first, last, inPrecision(v, n)); }
-    void setValuesOfPhaseVariableForElementsInRange(Id first, Id last, const double* v, Id n) override { keep(started(_field), first, last, inPrecision(v, n)); }
+    void setValuesOfPhaseVariableForElementsInRange(Id first, Id last, const float* v, Id n) override { keep(started(_field), first, last, inPrecision(v, n)); }
+    void setValuesOfPhaseVariableForElementsInRange(Id first, Id last, const double* v, Id n) override
+    { keep(started(_field), first, last, inPrecision(v, n)); }
     void endWritingPhaseVariableInZonesOfCategory() override { _field = nullptr; }
 
     // ---- sets
-    void startWritingSet(const Text& name, KelZoneCategory category) override;
-    void setSizesAndMinMaxIdsForSet(const Ids& sizes, const Ids& minIds, const Ids& maxIds) override;
+    void startWritingSet(const Text& name, KelZoneCategory category) override
+    { endWritingSet(); if ((_set = renew(open(tree(_current), {"sets", name})))) _set->category = category; }
+    void setSizesAndMinMaxIdsForSet(const Ids& sizes, const Ids& minIds, const Ids& maxIds) override
+    {
+        keepList(open(started(_set), {"sizes"}), sizes);
+        keepList(open(_set, {"min ids"}), minIds);
+        keepList(open(_set, {"max ids"}), maxIds);
+    }
     void setIdsForSetInRange(Id first, Id last, const Id* v, Id n) override { keep(open(started(_set), {"ids"}, 1), first, last, copyOf(v, n)); }
     void startWritingSizeOfVariableForSet(const Text& name, Ids, Type type) override { startList(name, Type(-1), type); }
     void setSizeOfVariableForSetInRange(Id first, Id last, const int*   v, Id n) override { keep(lengths(), first, last, copyOf(v, n)); }
@@ -109,7 +127,8 @@ public:
     // ---- set data
     void startWritingSetData(const Text& name, Id memberCount) override { endWritingSet(); _set = renew(open(phase(), {"set data", name}), memberCount); }
     Id   setIdsForSetData(const Id* v, Id n) override { return append(open(started(_set), {"ids"}), copyOf(v, n)) ? n : 0; }
-    void startWritingVariableForSetData(const Text& name, Id size, Type type) override { if ((_variable = open(started(_set), {"variables", name}, size))) _variable->type = type; }
+    void startWritingVariableForSetData(const Text& name, Id size, Type type) override
+    { if ((_variable = open(started(_set), {"variables", name}, size))) _variable->type = type; }
     void startWritingVariableLengthVariableForSetData(const Text& name, Type type, Type lengthType) override { startList(name, type, lengthType); }
     void writeStringDataForSetData(const Text& name, const Text& text) override { writeStringDataForSet(name, text); }
     void endWritingSetData() override { endWritingSet(); }
@@ -142,29 +161,57 @@ protected:
     int  getLastLogIndex(KelDataClass dataClass) const override { return isOpen(dataClass) ? static_cast<int>(_files[dataClass]->log.size()) - 1 : -1; }
 
 private:
-    // What is written goes into a node. Null stands for one that is not open, which has been reported.
-    using Node = KelMemoryNode;
-    bool fail(const Text& what) const;
     bool isOpen(KelDataClass dataClass) const { return (dataClass == KEL_CASE || dataClass == KEL_DATA) && _files[dataClass]; }
-    KelMemoryFile::Mesh* mesh(KelDataClass dataClass) const;
-    Node* tree(KelDataClass dataClass) const; ///< of the current mesh and, for data, time level
-    Node* phase() const;                      ///< in it, of the active phase
-    Node* started(Node* node) const { return node || fail("values without a start marker") ? node : nullptr; }
+    bool started(KelDataClass dataClass) const { return isOpen(dataClass) || fail("a call before startWriting"); }
+    bool fail(const Text& what) const; ///< Posts a KelError; false.
+
+    // Where things go. Null stands for a node that is not open, which has been reported then.
+    using Node = KelMemoryNode;
+    KelMemoryFile::Mesh* mesh(KelDataClass dataClass) const
+    { return isOpen(dataClass) ? &_files[dataClass]->meshes[KelMeshKey::ofContext(getMeshId(), getTarget(), getPartitionId())] : nullptr; }
+    Node* tree(KelDataClass dataClass) const ///< of the current mesh and, for data, time level
+    {
+        Node* tree = started(dataClass) ? &mesh(dataClass)->tree : nullptr;
+        return dataClass == KEL_DATA ? open(tree, {"level " + std::to_string(getTimeLevel())}) : tree;
+    }
+    Node* phase() const ///< in it, of the active phase
+    {
+        Text name;
+        const bool isActive = getActivePhase(name) || fail("values of a phase, but none is active");
+        return isActive ? open(tree(KEL_DATA), {"phases", name}) : nullptr;
+    }
     Node* array(const char* name, Id size = 0) const { return open(tree(KEL_CASE), {name}, size); }
     Node* counts(const char* name) const { return countsOf(array(name)); }
     Node* lengths() const { return countsOf(started(_variable)); }
+    Node* started(Node* node) const { return node || fail("values without a start marker") ? node : nullptr; }
     static Node* countsOf(Node* node) { return node ? &node->counts() : nullptr; }
-    static Node* open(Node* parent, std::initializer_list<Text> path, Id size = 0);
-    static Node* renew(Node* node, Id size = 0);
+    static Node* renew(Node* node, Id size = 0) { if (node) *node = Node{node->name}, node->size = size; return node; }
+    static Node* open(Node* node, std::initializer_list<Text> path, Id size = 0)
+    {
+        for (const Text& name : path)
+            node = node ? &(*node)[name] : nullptr;
+        if (node && size > 0)
+            node->size = size;
+        return node;
+    }
     static Node* openField(Node* parent, const Text& name, const Zones& zones, Type type, Id size);
-    void startList(const Text& name, Type type, Type lengthType);
+    void startList(const Text& name, Type type, Type lengthType)
+    {
+        _variable = open(started(_set), {"lists", name});
+        if (_variable && type != -1)
+            _variable->type = type;
+        if (_variable && lengthType != -1)
+            _variable->counts().type = lengthType;
+    }
 
+    // How they go there.
+    void keepCoordinates(Id first, Id last, KelMemoryValues v) const
+    { Id size = 0; getMeshSize(KEL_MESH_DIMENSION, size); keep(array("coordinates", size), first, last, std::move(v)); }
     void keep(Node* to, Id first, Id last, KelMemoryValues values) const;
     void keepUniform(Node* to, Id first, Id last, long value) const;
-    static void keepList(Node* to, KelMemoryValues values);
-    bool append(Node* to, KelMemoryValues values) const { return to && to->values.append(std::move(values)); }
     void keepTrack(const Text& name, KelMemoryValues values, Id count) const;
-    // clang-format on
+    bool append(Node* to, KelMemoryValues values) const { return to && to->values.append(std::move(values)); }
+    static void keepList(Node* to, KelMemoryValues values) { if (renew(to)) to->type = Type(values.index()), to->values.append(std::move(values)); }
 
     template <class T>
     void keepInterface(int zone, const T* a, Id na, const T* b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) const
@@ -177,25 +224,20 @@ private:
     }
 
     template <class T, class L>
-    Id appendLists(const T* values, Id count, const L* lengths, Id lengthCount) const
+    Id appendLists(const T* v, Id n, const L* lengths, Id count) const
     {
-        if (std::accumulate(lengths, lengths + lengthCount, 0.0) != static_cast<double>(count))
-            return fail("lengths that do not go with the number of values");
-        return append(started(_variable), copyOf(values, count)) && append(this->lengths(), copyOf(lengths, lengthCount))
-                   ? count
-                   : 0;
+        const bool fits = std::accumulate(lengths, lengths + count, 0.0) == static_cast<double>(n) || fail("lengths that do not go with the number of values");
+        return fits && append(started(_variable), copyOf(v, n)) && append(this->lengths(), copyOf(lengths, count)) ? n : 0;
     }
 
-    Id dimension() const;
     template <class T>
-    KelMemoryValues inPrecision(const T* values, Id count) const
+    KelMemoryValues inPrecision(const T* v, Id n) const
     {
-        if (values && getDataPrecision() == KEL_PRECISION_SINGLE)
-            return std::vector<float>(values, values + count);
-        if (values && getDataPrecision() == KEL_PRECISION_DOUBLE)
-            return std::vector<double>(values, values + count);
-        return copyOf(values, count);
+        if (v && getDataPrecision() == KEL_PRECISION_SINGLE) return std::vector<float>(v, v + n);
+        if (v && getDataPrecision() == KEL_PRECISION_DOUBLE) return std::vector<double>(v, v + n);
+        return copyOf(v, n);
     }
+    // clang-format on
 
     std::shared_ptr<KelMemoryFile> _files[2]; ///< being written, by data class; null while none is
     KelDataClass _current = KEL_CASE;         ///< opened last

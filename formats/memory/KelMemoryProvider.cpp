@@ -86,11 +86,6 @@ bool KelMemoryProvider::select(KelDataClass dataClass)
                 std::to_string(getTarget()) + " and partition " + std::to_string(getPartitionId()));
 }
 
-void KelMemoryProvider::forgetOpenParts()
-{
-    _sections = _section = _field = _set = _variable = _tracks = _group = _chunk = &Node::nothing;
-}
-
 // ---- where things are
 
 std::vector<KelMeshKey> KelMemoryProvider::meshKeys(KelDataClass dataClass) const
@@ -99,21 +94,6 @@ std::vector<KelMeshKey> KelMemoryProvider::meshKeys(KelDataClass dataClass) cons
     for (const auto& entry : file(dataClass).meshes)
         keys.push_back(entry.first);
     return keys;
-}
-
-const KelMemoryNode& KelMemoryProvider::tree(KelDataClass dataClass) const
-{
-    if (!isOpen(dataClass) || !_meshes[dataClass])
-        return Node::nothing;
-    const Node& tree = _meshes[dataClass]->tree;
-    return dataClass == KEL_DATA ? tree["level " + std::to_string(getTimeLevel())] : tree;
-}
-
-unsigned64 KelMemoryProvider::textOf(const Node& texts, const Text& name, Text& text)
-{
-    const Node& found = texts[name];
-    text = found ? found.text : text;
-    return found.text.size();
 }
 
 // ---- mesh
@@ -127,33 +107,6 @@ unsigned64 KelMemoryProvider::getCell1sForFacesInRange(Id first, Id last, Id* v,
     return stored;
 }
 
-bool KelMemoryProvider::getInterfaceDataSizesForFacesInZone(int zone, Id& na, Id& nb, Id& n0, Id& n1) const
-{
-    const Node& data = array("interfaces")[std::to_string(zone)];
-    if (!data)
-        return false;
-    na = data["a"].values.lastId();
-    nb = data["b"].values.lastId();
-    n0 = data["0"].values.lastId();
-    n1 = data["1"].values.lastId();
-    return true;
-}
-
-KelPlainDataType KelMemoryProvider::startReadingCaseSectionForCategory(const Text& name, Zones& zones)
-{
-    _section = &(*_sections)[name];
-    zones = *_section ? _section->zoneIds : zones;
-    return _section->type;
-}
-
-bool KelMemoryProvider::hasUniformCaseSectionDataCountForZone(int zone, Id* count) const
-{
-    const bool hasZone = std::count(_section->zoneIds.begin(), _section->zoneIds.end(), zone) > 0;
-    if (hasZone && count)
-        *count = _section->size;
-    return hasZone;
-}
-
 unsigned64 KelMemoryProvider::getCaseSectionDataForElementsInRange(Id first, Id last, void* values, Id n) const
 {
     Id stored = 0;
@@ -163,16 +116,6 @@ unsigned64 KelMemoryProvider::getCaseSectionDataForElementsInRange(Id first, Id 
 }
 
 // ---- solution and sets
-
-unsigned64 KelMemoryProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const Text& name,
-                                                                           Zones& zones)
-{
-    Text active;
-    getActivePhase(active);
-    _field = &phase(active)["fields"][std::to_string(category)][name];
-    zones = _field->zoneIds;
-    return _field->size;
-}
 
 void KelMemoryProvider::getVariablesOfInjection(const Text& injection, Names& names) const
 {
@@ -189,22 +132,6 @@ bool KelMemoryProvider::getSetNames(KelZoneCategory category, Names& names) cons
             if (set.category == category)
                 names.push_back(set.name);
     return !names.empty();
-}
-
-bool KelMemoryProvider::startReadingSet(const Text& name)
-{
-    endReadingSet();
-    for (const KelDataClass dataClass : {_current, _current == KEL_CASE ? KEL_DATA : KEL_CASE})
-        if (!*_set)
-            _set = &tree(dataClass)["sets"][name];
-    return bool(*_set);
-}
-
-void KelMemoryProvider::getSizesAndMinMaxIdsForSet(Ids& sizes, Ids& minIds, Ids& maxIds) const
-{
-    (*_set)["sizes"].get(sizes);
-    (*_set)["min ids"].get(minIds);
-    (*_set)["max ids"].get(maxIds);
 }
 
 KelPlainDataType KelMemoryProvider::getDataTypeOfDataForSetData(const Text& name) const

@@ -27,6 +27,7 @@ public:
     using Names = std::vector<Text>;
     using Zones = std::vector<int>;
     using Ids = std::vector<Id>;
+    using Type = KelPlainDataType;
 
     // clang-format off
     // ---- run
@@ -34,7 +35,8 @@ public:
     void getLog(KelDataClass dataClass, std::vector<std::pair<Text, Text>>& entries) const override { entries = file(dataClass).log; }
     void getSettingsGroups(KelDataClass dataClass, Names& groups) const override { groups = file(dataClass).settings.names(); }
     void getSettingsKeysOfGroup(KelDataClass dataClass, const Text& group, Names& keys) const override { keys = file(dataClass).settings[group].names(); }
-    void getSettingString(KelDataClass dataClass, const Text& key, Text& text, const Text& group) const override { textOf(file(dataClass).settings[group], key, text); }
+    void getSettingString(KelDataClass dataClass, const Text& key, Text& text, const Text& group) const override
+    { textOf(file(dataClass).settings[group][key], text); }
 
     // ---- mesh
     Id   getLocalElemIdsInZone(int zone, Id* v, Id n) const override { return array("local ids")[std::to_string(zone)].get(v, n); }
@@ -51,10 +53,17 @@ public:
     Id   getCell0sForFacesInRange(Id first, Id last, Id* v, Id n) const override { return array("cell 0").get(first, last, v, n); }
     Id   getCell1sForFacesInRange(Id first, Id last, Id* v, Id n) const override;
     Id   getShadowFaceIdsForFacesInRange(Id first, Id last, Id* v, Id n) const override { return array("shadow faces").get(first, last, v, n); }
-    void startReadingInterfaceDataForFaces(Zones& zones0, Zones& zones1) override { array("interface zones 0").get(zones0); array("interface zones 1").get(zones1); }
-    bool getInterfaceDataSizesForFacesInZone(int zone, Id& na, Id& nb, Id& n0, Id& n1) const override;
-    Id   getInterfaceDataForFacesInZone(int zone, float*  a, Id na, float*  b, Id nb, Id* v0, Id n0, Id* v1, Id n1) const override { return interfaceData(zone, a, na, b, nb, v0, n0, v1, n1); }
-    Id   getInterfaceDataForFacesInZone(int zone, double* a, Id na, double* b, Id nb, Id* v0, Id n0, Id* v1, Id n1) const override { return interfaceData(zone, a, na, b, nb, v0, n0, v1, n1); }
+    void startReadingInterfaceDataForFaces(Zones& zones0, Zones& zones1) override
+    { array("interface zones 0").get(zones0); array("interface zones 1").get(zones1); }
+    bool getInterfaceDataSizesForFacesInZone(int zone, Id& na, Id& nb, Id& n0, Id& n1) const override
+    {
+        const Node& data = array("interfaces")[std::to_string(zone)];
+        return countOf(data["a"], na) && countOf(data["b"], nb) && countOf(data["0"], n0) && countOf(data["1"], n1);
+    }
+    Id   getInterfaceDataForFacesInZone(int zone, float*  a, Id na, float*  b, Id nb, Id* v0, Id n0, Id* v1, Id n1) const override
+    { return interfaceData(zone, a, na, b, nb, v0, n0, v1, n1); }
+    Id   getInterfaceDataForFacesInZone(int zone, double* a, Id na, double* b, Id nb, Id* v0, Id n0, Id* v1, Id n1) const override
+    { return interfaceData(zone, a, na, b, nb, v0, n0, v1, n1); }
     Id   getChildFaceCountsForFacesInRange(Id first, Id last, short* v, Id n) const override { return array("child faces").counts().get(first, last, v, n); }
     Id   getChildFaceIdsForFacesInRange(Id first, Id last, Id* v, Id n) const override { return array("child faces").get(first, last, v, n); }
 
@@ -71,15 +80,32 @@ public:
     Id   getChildCellCountsForCellsInRange(Id first, Id last, short* v, Id n) const override { return array("child cells").counts().get(first, last, v, n); }
     Id   getChildCellIdsForCellsInRange(Id first, Id last, Id* v, Id n) const override { return array("child cells").get(first, last, v, n); }
 
-    void startReadingCaseSectionCategories(KelZoneCategory category, Names& names) override { _sections = &array("sections")[std::to_string(category)]; names = _sections->names(); }
-    KelPlainDataType startReadingCaseSectionForCategory(const Text& name, Zones& zones) override;
-    bool hasUniformCaseSectionDataCountForZone(int zone, Id* count) const override;
+    void startReadingCaseSectionCategories(KelZoneCategory category, Names& names) override
+    { _sections = &array("sections")[std::to_string(category)]; names = _sections->names(); }
+    Type startReadingCaseSectionForCategory(const Text& name, Zones& zones) override
+    {
+        _section = &(*_sections)[name];
+        zones = *_section ? _section->zoneIds : zones;
+        return _section->type;
+    }
+    bool hasUniformCaseSectionDataCountForZone(int zone, Id* count) const override
+    {
+        const bool hasZone = std::count(_section->zoneIds.begin(), _section->zoneIds.end(), zone) > 0;
+        if (hasZone && count)
+            *count = _section->size;
+        return hasZone;
+    }
     Id   getCaseSectionDataForElementsInRange(Id first, Id last, void* values, Id n) const override;
     void endReadingCaseSectionForCategory() override { _section = &Node::nothing; }
 
     // ---- solution
     using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
-    Id   startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const Text& name, Zones& zones) override;
+    Id   startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const Text& name, Zones& zones) override
+    {
+        _field = &phase()["fields"][std::to_string(category)][name];
+        zones = _field->zoneIds;
+        return _field->size;
+    }
     Id   getValuesOfPhaseVariableForElementsInRange(Id first, Id last, float*  v, Id n) const override { return _field->get(first, last, v, n); }
     Id   getValuesOfPhaseVariableForElementsInRange(Id first, Id last, double* v, Id n) const override { return _field->get(first, last, v, n); }
 
@@ -92,16 +118,19 @@ public:
     using KelFormatProvider::hasParticleTracks;
     using KelFormatProvider::getValuesOfParticleTrackVariable;
     bool hasParticleTracks(const Text& name) const override { return bool(phase(name)["tracks"]); }
-    bool hasParticleTracks(short phase, int mesh, KelTargetCategory target, int partition) const override { return bool(tracks(phase, mesh, target, partition)); }
-    void startReadingParticleTracks(short phase, int mesh, KelTargetCategory target, int partition) override { endReadingParticleTracks(); _tracks = &tracks(phase, mesh, target, partition); }
+    bool hasParticleTracks(short phaseId, int mesh, KelTargetCategory target, int partition) const override
+    { return bool(tracks(phaseId, mesh, target, partition)); }
+    void startReadingParticleTracks(short phaseId, int mesh, KelTargetCategory target, int partition) override
+    { endReadingParticleTracks(); _tracks = &tracks(phaseId, mesh, target, partition); }
     void getParticleTrackGroups(Names& groups) const override { groups = _tracks->names(); }
     void startReadingParticleTrackGroup(const Text& group) override { endReadingParticleTrackGroup(); _group = &(*_tracks)[group]; }
-    void getChunksInParticleTrackGroup(std::vector<int>& ids) const override { ids.clear(); for (const Text& name : _group->names()) ids.push_back(std::stoi(name)); }
+    void getChunksInParticleTrackGroup(std::vector<int>& ids) const override
+    { ids.clear(); for (const Text& name : _group->names()) ids.push_back(std::stoi(name)); }
     void startReadingChunkInParticleTrackGroup(int id) override { _chunk = &(*_group)[std::to_string(id)]; }
     Id   getPointCountOfParticleTrackChunk() const override { return _chunk->size; }
     void getParticleTrackVariables(Names& names) const override { names = _chunk->names(); std::sort(names.begin(), names.end()); }
-    KelPlainDataType getDataTypeOfParticleTrackVariable(const Text& name) const override { return (*_chunk)[name].type; }
-    Id   getValueCountOfParticleTrackVariable(const Text& name) const override { return (*_chunk)[name].values.lastId(); }
+    Type getDataTypeOfParticleTrackVariable(const Text& name) const override { return (*_chunk)[name].type; }
+    Id   getValueCountOfParticleTrackVariable(const Text& name) const override { return (*_chunk)[name].length(); }
     void endReadingChunkInParticleTrackGroup() override { _chunk = &Node::nothing; }
     void endReadingParticleTrackGroup() override { _group = _chunk = &Node::nothing; }
     void endReadingParticleTracks() override { _tracks = _group = _chunk = &Node::nothing; }
@@ -110,25 +139,33 @@ public:
     using KelFormatProvider::getSetNames;
     bool getSetNames(KelDataClass dataClass, Names& names) const override { names = tree(dataClass)["sets"].names(); return !names.empty(); }
     bool getSetNames(KelZoneCategory category, Names& names) const override;
-    bool startReadingSet(const Text& name) override;
+    bool startReadingSet(const Text& name) override
+    {
+        endReadingSet();
+        for (const KelDataClass dataClass : {_current, _current == KEL_CASE ? KEL_DATA : KEL_CASE})
+            _set = *_set ? _set : &tree(dataClass)["sets"][name];
+        return bool(*_set);
+    }
     KelZoneCategory getCategoryOfSet() const override { return _set->category; }
-    void getSizesAndMinMaxIdsForSet(Ids& sizes, Ids& minIds, Ids& maxIds) const override;
+    void getSizesAndMinMaxIdsForSet(Ids& sizes, Ids& minIds, Ids& maxIds) const override
+    { (*_set)["sizes"].get(sizes); (*_set)["min ids"].get(minIds); (*_set)["max ids"].get(maxIds); }
     Id   getIdsForSetInRange(Id first, Id last, Id* v, Id n) const override { return (*_set)["ids"].get(first, last, v, n); }
     void getVariablesInSet(Names& names) const override { names = (*_set)["variables"].names(); }
     void getVariableLengthedVariablesInSet(Names& names) const override { names = (*_set)["lists"].names(); }
     void getOtherVariablesInSet(Names& names) const override { names = (*_set)["others"].names(); }
     void getStringVariablesInSet(Names& names) const override { names = (*_set)["texts"].names(); }
-    KelPlainDataType startReadingSizeOfVariableLengthedVarForSet(const Text& name) override { _variable = &(*_set)["lists"][name]; return _variable->counts().type; }
+    Type startReadingSizeOfVariableLengthedVarForSet(const Text& name) override { return (_variable = &member("lists", name))->counts().type; }
     Id   getSizeOfVariableForSetInRange(Id first, Id last, int*   v, Id n) const override { return _variable->counts().get(first, last, v, n); }
     Id   getSizeOfVariableForSetInRange(Id first, Id last, short* v, Id n) const override { return _variable->counts().get(first, last, v, n); }
     Id   getSizeOfVariableForSetInRange(Id first, Id last, Id*    v, Id n) const override { return _variable->counts().get(first, last, v, n); }
     void endReadingSizeOfVariableLengthedVarForSet() override { _variable = &Node::nothing; }
-    KelPlainDataType startReadingDataOfVariableForSet(const Text& name, Id& size) override { _variable = &(*_set)["variables"][name]; sizeOf(*_variable, size); return _variable->type; }
+    Type startReadingDataOfVariableForSet(const Text& name, Id& size) override
+    { sizeOf(member("variables", name), size); return (_variable = &member("variables", name))->type; }
     void endReadingDataOfVariableForSet() override { _variable = &Node::nothing; }
-    KelPlainDataType startReadingVariableLengthedDataOfVariableForSet(const Text& name) override { _variable = &(*_set)["lists"][name]; return _variable->type; }
+    Type startReadingVariableLengthedDataOfVariableForSet(const Text& name) override { return (_variable = &member("lists", name))->type; }
     void endReadingVariableLengthedDataOfVariableForSet() override { _variable = &Node::nothing; }
-    KelPlainDataType getDataTypeOfOtherDataForSet(const Text& name) const override { return (*_set)["others"][name].type; }
-    Id   getStringDataForSet(const Text& name, Text& text) const override { return textOf((*_set)["texts"], name, text); }
+    Type getDataTypeOfOtherDataForSet(const Text& name) const override { return member("others", name).type; }
+    Id   getStringDataForSet(const Text& name, Text& text) const override { return textOf(member("texts", name), text); }
     void endReadingSet() override { _set = _variable = &Node::nothing; }
 
     // ---- set data
@@ -139,11 +176,11 @@ public:
     void getVariableLengthVariablesInSetData(Names& names) const override { getVariableLengthedVariablesInSet(names); }
     void getOtherVariablesInSetData(Names& names) const override { getOtherVariablesInSet(names); }
     void getStringVariablesInSetData(Names& names) const override { getStringVariablesInSet(names); }
-    KelPlainDataType getDataTypeOfDataForSetData(const Text& name) const override;
-    KelPlainDataType getDataTypeOfSizeForSetData(const Text& name) const override { return (*_set)["lists"][name].counts().type; }
-    bool getSizeOfVariableLengthVarForSetData(const Text& name, std::vector<int>&   v) const override { return (*_set)["lists"][name].counts().get(v); }
-    bool getSizeOfVariableLengthVarForSetData(const Text& name, std::vector<short>& v) const override { return (*_set)["lists"][name].counts().get(v); }
-    bool getSizeOfVariableLengthVarForSetData(const Text& name, std::vector<Id>&    v) const override { return (*_set)["lists"][name].counts().get(v); }
+    Type getDataTypeOfDataForSetData(const Text& name) const override;
+    Type getDataTypeOfSizeForSetData(const Text& name) const override { return member("lists", name).counts().type; }
+    bool getSizeOfVariableLengthVarForSetData(const Text& name, std::vector<int>&   v) const override { return member("lists", name).counts().get(v); }
+    bool getSizeOfVariableLengthVarForSetData(const Text& name, std::vector<short>& v) const override { return member("lists", name).counts().get(v); }
+    bool getSizeOfVariableLengthVarForSetData(const Text& name, std::vector<Id>&    v) const override { return member("lists", name).counts().get(v); }
     Id   getStringDataForSetData(const Text& name, Text& text) const override { return getStringDataForSet(name, text); }
     void endReadingSetData() override { endReadingSet(); }
 
@@ -151,10 +188,11 @@ public:
     Id   getValuesOfParticleTrackVariable(const Text& name, T* v, Id n) const override { return (*_chunk)[name].get(v, n); } \
     Id   getDataOfVariableForSetInRange(Id first, Id last, T* v, Id n) const override { return _variable->get(first, last, v, n); } \
     Id   getVariableLengthedDataOfVariableForSetInRange(Id first, Id last, T* v, Id n) const override { return _variable->get(first, last, v, n); } \
-    Id   getOtherDataForSet(const Text& name, T* v, Id n) const override { return v ? (*_set)["others"][name].get(v, n) : (*_set)["others"][name].values.lastId(); } \
-    bool getDataOfConstantLengthVarForSetData(const Text& name, std::vector<T>& v, Id& size) const override { sizeOf((*_set)["variables"][name], size); return (*_set)["variables"][name].get(v); } \
-    bool getDataOfVariableLengthVarForSetData(const Text& name, std::vector<T>& v) const override { return (*_set)["lists"][name].get(v); } \
-    bool getOtherDataForSetData(const Text& name, std::vector<T>& v) const override { return (*_set)["others"][name].get(v); }
+    Id   getOtherDataForSet(const Text& name, T* v, Id n) const override { return v ? member("others", name).get(v, n) : member("others", name).length(); } \
+    bool getDataOfConstantLengthVarForSetData(const Text& name, std::vector<T>& v, Id& size) const override \
+    { return sizeOf(member("variables", name), size) && member("variables", name).get(v); } \
+    bool getDataOfVariableLengthVarForSetData(const Text& name, std::vector<T>& v) const override { return member("lists", name).get(v); } \
+    bool getOtherDataForSetData(const Text& name, std::vector<T>& v) const override { return member("others", name).get(v); }
     KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE
 
@@ -169,16 +207,24 @@ private:
     using Node = KelMemoryNode;
     const KelMemoryFile& file(KelDataClass dataClass) const { return isOpen(dataClass) ? *_files[dataClass] : noFile; }
     bool isOpen(KelDataClass dataClass) const { return (dataClass == KEL_CASE || dataClass == KEL_DATA) && _files[dataClass]; }
-    const Node& tree(KelDataClass dataClass) const; ///< of the current mesh and, for data, time level
+    const Node& member(const char* kind, const Text& name) const { return (*_set)[kind][name]; } ///< of the open set
+    const Node& tree(KelDataClass dataClass) const ///< of the current mesh and, for data, time level
+    {
+        const Node& tree = isOpen(dataClass) && _meshes[dataClass] ? _meshes[dataClass]->tree : Node::nothing;
+        return dataClass == KEL_DATA ? tree["level " + std::to_string(getTimeLevel())] : tree;
+    }
     const Node& array(const char* name) const { return tree(KEL_CASE)[name]; }
     const Node& phase(const Text& name) const { return tree(KEL_DATA)["phases"][name]; }
-    const Node& setData() const { Text name; return getActivePhase(name) ? phase(name)["set data"] : Node::nothing; }
-    const Node& tracks(short phaseId, int mesh, KelTargetCategory target, int partition) const { return phase(getPhaseName(phaseId))["tracks"][KelMeshKey{mesh, target, partition}.groupName()]; }
+    const Node& phase() const { Text name; return getActivePhase(name) ? phase(name) : Node::nothing; }
+    const Node& setData() const { return phase()["set data"]; }
+    const Node& tracks(short phaseId, int mesh, KelTargetCategory target, int partition) const
+    { return phase(getPhaseName(phaseId))["tracks"][KelMeshKey{mesh, target, partition}.groupName()]; }
     bool fail(const Text& text) const;
     bool select(KelDataClass dataClass);
-    void forgetOpenParts();
+    void forgetOpenParts() { _sections = _section = _field = _set = _variable = _tracks = _group = _chunk = &Node::nothing; }
+    static bool countOf(const Node& list, Id& count) { count = list ? list.length() : count; return bool(list); }
     static bool sizeOf(const Node& node, Id& size) { size = node ? node.size : size; return bool(node); }
-    static Id textOf(const Node& texts, const Text& name, Text& text);
+    static Id textOf(const Node& node, Text& text) { text = node ? node.text : text; return node.text.size(); }
 
     template <class T>
     static bool isUniform(const Node& node, Id first, Id last, T* value)
@@ -189,7 +235,8 @@ private:
         return found.has_value();
     }
     template <class T>
-    bool isUniformInZone(const Node& node, int zone, T* value) const { const auto [first, last] = rangeOfZone(zone); return isUniform(node, first, last, value); }
+    bool isUniformInZone(const Node& node, int zone, T* value) const
+    { const auto [first, last] = rangeOfZone(zone); return isUniform(node, first, last, value); }
 
     template <class T>
     Id interfaceData(int zone, T* a, Id na, T* b, Id nb, Id* v0, Id n0, Id* v1, Id n1) const

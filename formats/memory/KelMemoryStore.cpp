@@ -1,32 +1,17 @@
 #include "KelMemoryStore.h"
 
-#include <iterator>
 #include <mutex>
 
 namespace meridyn {
 
-static unsigned64 countOf(const KelMemoryValues& values)
-{
-    return std::visit([](const auto& list) { return static_cast<unsigned64>(list.size()); }, values);
-}
-
 bool KelMemoryArray::put(Id first, Id last, KelMemoryValues values, Id width)
 {
-    if (first == 0 || last < first)
-        return false;
     const Id elements = last - first + 1, count = countOf(values);
-    if (width == 0)
+    if (width == 0 && elements != 0)
         width = count / elements;
     if (width == 0 || count % width != 0 || count / width != elements)
         return false;
-    return insert(first, {last, width, 0, width, std::make_shared<KelMemoryValues>(std::move(values))});
-}
-
-bool KelMemoryArray::putUniform(Id first, Id last, KelMemoryValues values)
-{
-    const Id width = countOf(values);
-    return first != 0 && last >= first &&
-           insert(first, {last, width, 0, 0, std::make_shared<KelMemoryValues>(std::move(values))});
+    return insert(first, last, width, width, std::move(values));
 }
 
 bool KelMemoryArray::putRagged(Id first, Id last, KelMemoryValues values, const KelMemoryArray& counts)
@@ -43,7 +28,7 @@ bool KelMemoryArray::putRagged(Id first, Id last, KelMemoryValues values, const 
             return false;
         const Id width = static_cast<Id>(*count);
         if (runs.empty() || runs.rbegin()->second.width != width)
-            runs[id] = {id, width, begin, width, shared};
+            runs[id] = {id, width, width, begin, shared};
         runs.rbegin()->second.last = id;
         begin += width;
     }
@@ -52,18 +37,6 @@ bool KelMemoryArray::putRagged(Id first, Id last, KelMemoryValues values, const 
     for (const auto& [id, run] : runs)
         insert(id, run);
     return true;
-}
-
-bool KelMemoryArray::append(KelMemoryValues values)
-{
-    const Id count = countOf(values);
-    return count == 0 || put(lastId() + 1, lastId() + count, std::move(values), 1);
-}
-
-std::optional<long> KelMemoryArray::at(Id id) const
-{
-    long value = 0;
-    return find(id) != _runs.end() && get(id, id, &value, 1) == 1 ? std::optional(value) : std::nullopt;
 }
 
 std::optional<long> KelMemoryArray::uniformValue(Id first, Id last) const
@@ -78,10 +51,21 @@ std::optional<long> KelMemoryArray::uniformValue(Id first, Id last) const
     return value;
 }
 
-KelMemoryArray::Runs::const_iterator KelMemoryArray::find(Id id) const
+bool KelMemoryArray::insert(Id first, Id last, Id width, Id stride, KelMemoryValues&& values)
 {
-    const auto next = _runs.upper_bound(id);
-    return next != _runs.begin() && id <= std::prev(next)->second.last ? std::prev(next) : _runs.end();
+    const bool isRange = first != 0 && last >= first;
+    if (isRange)
+        insert(first, {last, width, stride, 0, std::make_shared<KelMemoryValues>(std::move(values))});
+    return isRange;
+}
+
+void KelMemoryArray::insert(Id first, const Run& run)
+{
+    cutBefore(first);
+    if (run.last + 1 != 0)
+        cutBefore(run.last + 1);
+    _runs.erase(_runs.lower_bound(first), _runs.upper_bound(run.last));
+    _runs[first] = run;
 }
 
 /// Makes two runs of one that goes on from id - 1 to id.
@@ -91,18 +75,8 @@ void KelMemoryArray::cutBefore(Id id)
     if (next == _runs.begin() || std::prev(next)->second.last < id)
         return;
     auto& [first, run] = *std::prev(next);
-    _runs[id] = {run.last, run.width, run.begin + (id - first) * run.stride, run.stride, run.values};
+    _runs[id] = {run.last, run.width, run.stride, run.begin + (id - first) * run.stride, run.values};
     run.last = id - 1;
-}
-
-bool KelMemoryArray::insert(Id first, const Run& run)
-{
-    cutBefore(first);
-    if (run.last + 1 != 0)
-        cutBefore(run.last + 1);
-    _runs.erase(_runs.lower_bound(first), _runs.upper_bound(run.last));
-    _runs[first] = run;
-    return true;
 }
 
 const KelMemoryNode KelMemoryNode::nothing;
@@ -126,13 +100,6 @@ const KelMemoryNode& KelMemoryNode::operator[](const std::string& child) const
 {
     const auto found = findNamed(children, child);
     return found != children.end() ? *found : nothing;
-}
-
-KelMemoryNode& KelMemoryNode::counts()
-{
-    KelMemoryNode& node = (*this)[name + " counts"];
-    node.size = 1;
-    return node;
 }
 
 std::vector<std::string> KelMemoryNode::names() const

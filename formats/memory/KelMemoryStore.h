@@ -6,6 +6,7 @@
 #include "KelValueTypes.h"
 
 #include <algorithm>
+#include <iterator>
 #include <list>
 #include <map>
 #include <memory>
@@ -35,13 +36,14 @@ class KEL_API KelMemoryArray {
 public:
     using Id = unsigned64;
 
+    // clang-format off
     /// @name Keep values for the ids of a range
     /// False, and nothing is kept, when the range is none or does not go with the number of values.
     /// @{
-    bool put(Id first, Id last, KelMemoryValues values, Id width = 0); ///< so many for each; 0: what comes out even
-    bool putUniform(Id first, Id last, KelMemoryValues values);        ///< all of them for each
-    bool putRagged(Id first, Id last, KelMemoryValues values, const KelMemoryArray& counts); ///< even without counts
-    bool append(KelMemoryValues values);                                                     ///< ids behind the last
+    bool put(Id first, Id last, KelMemoryValues values, Id width = 0); ///< `width` for each id, or what comes out even
+    bool putUniform(Id first, Id last, KelMemoryValues values) { return insert(first, last, countOf(values), 0, std::move(values)); } ///< All of them for each.
+    bool putRagged(Id first, Id last, KelMemoryValues values, const KelMemoryArray& counts); ///< Without counts as put.
+    bool append(KelMemoryValues values) { const Id n = countOf(values); return n == 0 || put(lastId() + 1, lastId() + n, std::move(values)); } ///< One each.
     /// @}
 
     /// Gives the values of a range, converted, as far as whole elements fit: the number of values stored. 0 when an id
@@ -49,21 +51,24 @@ public:
     template <class T>
     Id get(Id first, Id last, T* out, Id capacity, const KelMemoryArray& counts = {}) const;
 
-    std::optional<long> at(Id id) const;                       ///< the value of an id that has one
-    std::optional<long> uniformValue(Id first, Id last) const; ///< the value that all ids of a range have
-    Id lastId() const { return _runs.empty() ? 0 : _runs.rbegin()->second.last; } ///< 0 for none
+    std::optional<long> at(Id id) const ///< Of one value per id.
+    { long value = 0; return find(id) && get(id, id, &value, 1) == 1 ? std::optional(value) : std::nullopt; }
+    std::optional<long> uniformValue(Id first, Id last) const; ///< The value that all ids of a range have.
+    Id lastId() const { return _runs.empty() ? 0 : _runs.rbegin()->second.last; } ///< 0 for none.
 
 private:
     struct Run {
-        Id last, width;
-        Id begin, stride; ///< where the values of the first id begin, and how far on those of the next: 0 if uniform
+        Id last, width, stride, begin; ///< values of the first id begin there, those of the next `stride` behind them
         std::shared_ptr<const KelMemoryValues> values;
     };
     using Runs = std::map<Id, Run>; ///< by first id
-
-    Runs::const_iterator find(Id id) const;
+    const Runs::value_type* find(Id id) const
+    { const auto next = _runs.upper_bound(id); return next != _runs.begin() && id <= std::prev(next)->second.last ? &*std::prev(next) : nullptr; }
+    static Id countOf(const KelMemoryValues& values) { return std::visit([](const auto& list) { return static_cast<Id>(list.size()); }, values); }
+    // clang-format on
+    bool insert(Id first, Id last, Id width, Id stride, KelMemoryValues&& values);
+    void insert(Id first, const Run& run);
     void cutBefore(Id id);
-    bool insert(Id first, const Run& run);
 
     Runs _runs;
 };
@@ -73,12 +78,11 @@ unsigned64 KelMemoryArray::get(Id first, Id last, T* out, Id capacity, const Kel
 {
     Id stored = 0;
     for (Id id = first; id != 0 && id <= last; ++id) { // 0: behind the largest id
-        const auto found = find(id);
-        if (found == _runs.end()) {
-            if (counts.at(id) != 0)
-                return 0;
+        const auto* found = find(id);
+        if (!found && counts.at(id) != 0)
+            return 0;
+        if (!found)
             continue;
-        }
         const Run& run = found->second;
         if (run.width > capacity - stored)
             return stored;
@@ -110,19 +114,20 @@ struct KEL_API KelMemoryNode {
     std::vector<std::string> names() const;                          ///< of the children
 
     /// How many values each element has, where that differs: one number per element.
-    KelMemoryNode& counts();
+    // clang-format off
+    KelMemoryNode& counts() { KelMemoryNode& node = (*this)[name + " counts"]; node.size = 1; return node; }
     const KelMemoryNode& counts() const { return (*this)[name + " counts"]; }
 
-    // clang-format off
     /// Gives the values of a range of elements; those with a count of 0 need not have been kept.
     template <class T>
     unsigned64 get(unsigned64 first, unsigned64 last, T* out, unsigned64 capacity) const { return values.get(first, last, out, capacity, counts().values); }
+    unsigned64 length() const { return values.lastId(); } ///< of a list
     /// Gives the values of a list as far as there is room.
     template <class T>
-    unsigned64 get(T* out, unsigned64 capacity) const { return values.get(1, std::min(capacity, values.lastId()), out, capacity); }
+    unsigned64 get(T* out, unsigned64 capacity) const { return values.get(1, std::min(capacity, length()), out, capacity); }
     /// Gives all values of a list; whether there are any.
     template <class T>
-    bool get(std::vector<T>& list) const { list.resize(values.lastId()); return get(list.data(), list.size()) > 0; }
+    bool get(std::vector<T>& list) const { list.resize(length()); return get(list.data(), list.size()) > 0; }
     // clang-format on
 };
 

@@ -60,8 +60,13 @@ public:
     /// @{
     using KelFileConsumer::startWritingPhaseVariableInZonesOfCategory;
     using KelFileConsumer::setValuesOfParticleTrackVariable;
-    void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, int variableId, std::vector<int>& zoneIds, unsigned64 size) override { startWritingPhaseVariableInZonesOfCategory(category, variableName(variableId), zoneIds, size); }
-#define KEL_DEFINE(T) void setValuesOfParticleTrackVariable(int variableId, const T* values, unsigned64 count) override { setValuesOfParticleTrackVariable(variableName(variableId), values, count); }
+    void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, int variableId, std::vector<int>& zoneIds, unsigned64 size) override
+    {
+        startWritingPhaseVariableInZonesOfCategory(category, variableName(variableId), zoneIds, size);
+    }
+#define KEL_DEFINE(T) \
+    void setValuesOfParticleTrackVariable(int variableId, const T* values, unsigned64 count) override \
+    { setValuesOfParticleTrackVariable(variableName(variableId), values, count); }
     KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE
     /// @}

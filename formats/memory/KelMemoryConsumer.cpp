@@ -17,6 +17,8 @@ bool KelMemoryConsumer::openData(KelDataClass dataClass, const Text& fileName)
 {
     if (dataClass != KEL_CASE && dataClass != KEL_DATA)
         return fail("a file of an unknown data class");
+    if (isOpen(dataClass)) // and begins anew
+        forgetOpenParts();
     const KelMemoryStore::File old = _append ? KelMemoryStore::find(fileName, dataClass) : nullptr;
     _files[dataClass] = old ? std::make_shared<KelMemoryFile>(*old) : std::make_shared<KelMemoryFile>();
     _current = dataClass;
@@ -27,7 +29,7 @@ bool KelMemoryConsumer::closeData(KelDataClass dataClass)
 {
     if (!isOpen(dataClass))
         return fail("the end of a file that was not started");
-    _sections = _section = _field = _set = _variable = _tracks = _group = _chunk = nullptr;
+    forgetOpenParts();
     KelMemoryStore::publish(getFile(dataClass), dataClass, std::move(_files[dataClass]));
     _current = _files[KEL_DATA] ? KEL_DATA : KEL_CASE;
     return true;

@@ -185,7 +185,7 @@ private:
     Node* lengths() const { return countsOf(started(_variable)); }
     Node* started(Node* node) const { return node || fail("values without a start marker") ? node : nullptr; }
     static Node* countsOf(Node* node) { return node ? &node->counts() : nullptr; }
-    static Node* renew(Node* node, Id size = 0) { if (node) *node = Node{node->name}, node->size = size; return node; }
+    static Node* renew(Node* node, Id size = 0) { if (node) { *node = Node{node->name}; node->size = size; } return node; }
     static Node* open(Node* node, std::initializer_list<Text> path, Id size = 0)
     {
         for (const Text& name : path)
@@ -195,6 +195,7 @@ private:
         return node;
     }
     static Node* openField(Node* parent, const Text& name, const Zones& zones, Type type, Id size);
+    void forgetOpenParts() { _sections = _section = _field = _set = _variable = _tracks = _group = _chunk = nullptr; }
     void startList(const Text& name, Type type, Type lengthType)
     {
         _variable = open(started(_set), {"lists", name});
@@ -211,7 +212,7 @@ private:
     void keepUniform(Node* to, Id first, Id last, long value) const;
     void keepTrack(const Text& name, KelMemoryValues values, Id count) const;
     bool append(Node* to, KelMemoryValues values) const { return to && to->values.append(std::move(values)); }
-    static void keepList(Node* to, KelMemoryValues values) { if (renew(to)) to->type = Type(values.index()), to->values.append(std::move(values)); }
+    static void keepList(Node* to, KelMemoryValues values) { if (renew(to)) { to->type = Type(values.index()); to->values.append(std::move(values)); } }
 
     template <class T>
     void keepInterface(int zone, const T* a, Id na, const T* b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) const
@@ -226,15 +227,18 @@ private:
     template <class T, class L>
     Id appendLists(const T* v, Id n, const L* lengths, Id count) const
     {
-        const bool fits = std::accumulate(lengths, lengths + count, 0.0) == static_cast<double>(n) || fail("lengths that do not go with the number of values");
+        const double total = lengths ? std::accumulate(lengths, lengths + count, 0.0) : 0;
+        const bool fits = total == static_cast<double>(n) || fail("lengths that do not go with the number of values");
         return fits && append(started(_variable), copyOf(v, n)) && append(this->lengths(), copyOf(lengths, count)) ? n : 0;
     }
 
     template <class T>
     KelMemoryValues inPrecision(const T* v, Id n) const
     {
-        if (v && getDataPrecision() == KEL_PRECISION_SINGLE) return std::vector<float>(v, v + n);
-        if (v && getDataPrecision() == KEL_PRECISION_DOUBLE) return std::vector<double>(v, v + n);
+        if (v && getDataPrecision() == KEL_PRECISION_SINGLE)
+            return std::vector<float>(v, v + n);
+        if (v && getDataPrecision() == KEL_PRECISION_DOUBLE)
+            return std::vector<double>(v, v + n);
         return copyOf(v, n);
     }
     // clang-format on

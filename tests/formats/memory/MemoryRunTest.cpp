@@ -59,6 +59,19 @@ TEST_F(MemoryRun, WithoutAStartNothingIsTaken)
     EXPECT_FALSE(writer.endWriting(KEL_CASE));
 }
 
+TEST_F(MemoryRun, StartingAgainForgetsWhatWasOpen)
+{
+    const unsigned64 ids[] = {1};
+    startCase();
+    writer.startWritingSet("s", KEL_CELL_ZONE);
+    ASSERT_TRUE(writer.startWriting(KEL_CASE));
+    writer.setIdsForSetInRange(1, 1, ids, 1);
+    EXPECT_EQ(writer.getErrors(false, true), Texts{name + ": values without a start marker"});
+    reopen(KEL_CASE);
+    Texts names;
+    EXPECT_FALSE(reader.getSetNames(names));
+}
+
 TEST_F(MemoryRun, WhatDoesNotFitIsReportedAndLeftOut)
 {
     const unsigned64 ids[] = {1, 2, 3};

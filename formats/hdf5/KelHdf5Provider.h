@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KelFileProvider.h"
+#include "KelFormatProvider.h"
 
 #include <memory>
 #include <string>
@@ -33,7 +33,7 @@ namespace meridyn {
 ///           names the file; the operation then gives what it gives for an absent array.
 /// Settings  getSettingsKeys lists the group "settings".
 /// Threads   one thread at a time per object.
-class KEL_API KelHdf5Provider : public KelFileProvider {
+class KEL_API KelHdf5Provider : public KelFormatProvider {
 public:
     KelHdf5Provider();
     ~KelHdf5Provider() override;
@@ -45,18 +45,10 @@ public:
     /// @{
     bool isReadingData() const override;
     void getLog(KelDataClass dataClass, std::vector<std::pair<std::string, std::string>>& entries) const override;
-    void getSettingsKeys(KelDataClass dataClass, std::vector<std::string>& keys) const override;
     void getSettingsKeysOfGroup(KelDataClass dataClass, const std::string& group, std::vector<std::string>& keys) const override;
     void getSettingsGroups(KelDataClass dataClass, std::vector<std::string>& groups) const override;
     void getSettingString(KelDataClass dataClass, const std::string& key, std::string& text, const std::string& group) const override;
     void setSkipReadZoneTopology(bool on) override;
-    /// @}
-
-    /// @name Meshes of the file
-    /// @{
-    std::vector<int> availableMeshIds(KelDataClass dataClass) const override;
-    std::vector<KelTargetCategory> availableTargets(int meshId, KelDataClass dataClass) const override;
-    std::vector<int> availablePartitionIds(int meshId, KelDataClass dataClass) const override;
     /// @}
 
     /// @name Nodes and edges
@@ -93,7 +85,6 @@ public:
     unsigned64 getNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
     unsigned64 getNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
     bool hasUniformFaceCountForCellsInZone(int zoneId, short* faceCount) const override;
-    short getFaceCountForCell(unsigned64 cellId) const override;
     unsigned64 getFaceCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* faceCounts, unsigned64 capacity) const override;
     unsigned64 getFaceIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* faceIds, unsigned64 capacity) const override;
     unsigned64 getPartitionIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, int* partitionIds, unsigned64 capacity) const override;
@@ -113,32 +104,25 @@ public:
 
     /// @name Values of variables
     /// @{
+    using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
     unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds) override;
-    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId, std::vector<int>& zoneIds) override;
     unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, float* values, unsigned64 capacity) const override;
     unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, double* values, unsigned64 capacity) const override;
     /// @}
 
     /// @name Particles
     /// @{
-    bool hasParticles() const override;
+    using KelFormatProvider::hasParticles;
     bool hasParticles(const std::string& phaseName) const override;
-    bool hasParticles(short phaseId) const override;
-    bool startReadingParticles() override;
-    bool startReadingParticles(const std::string& phaseName) override;
-    bool startReadingParticles(short phaseId) override;
-    void getInjectionNames(std::vector<std::string>& names) const override;
     void getVariablesOfInjection(const std::string& injection, std::vector<std::string>& names) const override;
     /// @}
 
     /// @name Particle tracks
     /// @{
-    bool hasParticleTracks() const override;
+    using KelFormatProvider::hasParticleTracks;
+    using KelFormatProvider::getValuesOfParticleTrackVariable;
     bool hasParticleTracks(const std::string& phaseName) const override;
-    bool hasParticleTracks(short phaseId) const override;
     bool hasParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) const override;
-    bool hasParticleTracksInActivePhase() const override;
-    std::vector<short> getPhasesWithParticleTracks(int meshId, KelTargetCategory target, int partitionId) const override;
     void startReadingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) override;
     void getParticleTrackGroups(std::vector<std::string>& groups) const override;
     void startReadingParticleTrackGroup(const std::string& group) override;
@@ -148,16 +132,6 @@ public:
     void getParticleTrackVariables(std::vector<std::string>& names) const override;
     KelPlainDataType getDataTypeOfParticleTrackVariable(const std::string& variableName) const override;
     unsigned64 getValueCountOfParticleTrackVariable(const std::string& variableName) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, unsigned char* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, char* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, short* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, unsigned int* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, int* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, long* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, unsigned64* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, signed64* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, float* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, double* values, unsigned64 capacity) const override;
     unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, unsigned char* values, unsigned64 capacity) const override;
     unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, char* values, unsigned64 capacity) const override;
     unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, short* values, unsigned64 capacity) const override;
@@ -175,7 +149,7 @@ public:
 
     /// @name Sets
     /// @{
-    bool getSetNames(std::vector<std::string>& names) const override;
+    using KelFormatProvider::getSetNames;
     bool getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const override;
     bool getSetNames(KelZoneCategory category, std::vector<std::string>& names) const override;
     bool startReadingSet(const std::string& name) override;
@@ -288,6 +262,7 @@ protected:
     bool closeData(KelDataClass dataClass) override;
     bool updateData(KelDataClass dataClass) override;
     void initLocationModel() const override;
+    std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const override;
     /// @}
 
 private:

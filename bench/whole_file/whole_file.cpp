@@ -1,8 +1,8 @@
 // What do whole case and data files cost, compared with the plain limit of pwrite and pread and with bare HDF5?
 //
-// bench_whole_file [n [level [folder [scattered]]]]: a box of n^3 cells (default 64), compression level (0), folder for the
-// files (the system's for temporary files), "scattered" numbers cells, faces and nodes at random. Prints one line of
-// JSON: medians in seconds of alternating runs, ratios to the limit of the same run.
+// bench_whole_file [n [level [folder [scattered]]]]: a box of n^3 cells (default 64), compression level (0), folder for
+// the files (the system's for temporary files), "scattered" numbers cells, faces and nodes at random. Prints one line
+// of JSON: medians in seconds of alternating runs, ratios to the limit of the same run.
 #include "BoxArrays.h"
 #include "KelHdf5Consumer.h"
 #include "KelHdf5Provider.h"

@@ -34,7 +34,8 @@ def anchors(path):
 
 def tree(root):
     """All files and folders of the tree, by path from the root."""
-    return {path.relative_to(root).as_posix() for path in root.rglob("*") if path.relative_to(root).parts[0] not in OUTSIDE}
+    tops = [path for path in root.iterdir() if path.name not in OUTSIDE]
+    return {path.relative_to(root).as_posix() for top in tops for path in (top, *top.rglob("*"))}
 
 
 def problem_of_link(root, document, link):

@@ -29,8 +29,15 @@ def has_text(entity):
 
 
 def needs_text(entity):
-    return not (entity.get("prot") == "private" or entity.get("kind") == "friend"
-                or (entity.findtext("name") or "").startswith("~") or (entity.findtext("argsstring") or "").endswith("=delete"))
+    name = entity.findtext("name") or ""
+    return not (entity.get("prot") == "private" or entity.get("kind") == "friend" or name.startswith("~")
+                or (entity.findtext("argsstring") or "").endswith("=delete") or is_undefined(entity, name))
+
+
+def is_undefined(entity, name):
+    """Whether it is a macro that its header takes back."""
+    header = entity.find("location").get("file")
+    return entity.get("kind") == "define" and f"#undef {name}\n" in pathlib.Path(header).read_text(encoding="utf-8")
 
 
 def place(entity):

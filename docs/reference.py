@@ -4,11 +4,13 @@
 reference.py DOXYFILE [--check]
 
 Ends with 1 and a list if Doxygen warns, or if a public or protected name has no text. --check makes the reference in a
-temporary folder and throws it away. Doxygen's own warnings leave out the values of enumerations and whatever
-stands outside of classes, so the names are looked up in its XML.
+temporary folder and throws it away. Doxygen's own warnings about names leave out the values of enumerations and whatever
+stands outside of classes, and name overrides whose types go by another name; so names are looked up in its XML. What
+overrides has the text of what it overrides.
 """
 import argparse
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -20,7 +22,7 @@ def run_doxygen(doxyfile, folder, check):
         settings += f"OUTPUT_DIRECTORY = {folder}\nGENERATE_HTML = NO\n"
     run = subprocess.run(["doxygen", "-"], input=settings, text=True, check=False,
                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-    return run.returncode, run.stdout.splitlines()
+    return run.returncode, [line for line in run.stdout.splitlines() if "is not documented" not in line]
 
 
 def has_text(entity):
@@ -31,7 +33,7 @@ def has_text(entity):
 def needs_text(entity):
     name = entity.findtext("name") or ""
     return not (entity.get("prot") == "private" or entity.get("kind") == "friend" or name.startswith("~")
-                or (entity.findtext("argsstring") or "").endswith("=delete") or is_undefined(entity, name))
+                or re.search(r"(=delete|\boverride\b.*)$", entity.findtext("argsstring") or "") or is_undefined(entity, name))
 
 
 def is_undefined(entity, name):
@@ -52,8 +54,10 @@ def undocumented(folder):
         for compound in xml.etree.ElementTree.parse(file).getroot().findall("compounddef"):
             if compound.get("kind") not in ("class", "struct", "union", "namespace", "file"):
                 continue
+            if compound.get("prot") == "private":
+                continue
             name = compound.findtext("compoundname")
-            if compound.get("kind") in ("class", "struct", "union") and compound.get("prot") != "private" and not has_text(compound):
+            if compound.get("kind") in ("class", "struct", "union") and not has_text(compound):
                 found.add(f"{place(compound)}: {name} has no text")
             for member in compound.iter("memberdef"):
                 found |= problems_of(member, name)

@@ -13,7 +13,8 @@ place. Of a block `sh run` it is run before, by itself. Every block gets an empt
   sh run          must end with 0 in an empty folder with kel; KEL_TEST_DATA names the test data
   sh              commands for the source tree, not run: the shell and the tools must know what they name
   cmake           must configure and build against the installed package
-  cmake excerpt   must stand so in a CMakeLists.txt of the tree
+  cpp excerpt     must stand so in a source of the tree, but for how far it is indented
+  cmake excerpt   the same in a CMakeLists.txt
 
 A block ```text output right behind one that is run must be its standard output, to the byte.
 """
@@ -40,6 +41,10 @@ def find_block(document, number):
     return found[index], following[0].text if following and following[0].kind == "text output" else None
 
 
+def without_indentation(text):
+    return re.sub(r"^[ \t]+", "", text, flags=re.MULTILINE)
+
+
 class Tester:
     def __init__(self, arguments, folder):
         self.arguments = arguments
@@ -54,8 +59,9 @@ class Tester:
     def check(self, block, expected):
         """None, or what is wrong."""
         return {
-            "cpp run": self.cpp_run, "cpp compile": self.cpp_compile, "cpp body": self.cpp_body, "sh run": self.sh_run,
-            "sh": self.sh, "cmake": self.cmake, "cmake excerpt": self.cmake_excerpt,
+            "cpp run": self.cpp_run, "cpp compile": self.cpp_compile, "cpp body": self.cpp_body,
+            "cpp excerpt": self.excerpt, "sh run": self.sh_run,
+            "sh": self.sh, "cmake": self.cmake, "cmake excerpt": self.excerpt,
         }[block.kind](block, expected)
 
     def compile_only(self, text, *more):
@@ -129,11 +135,13 @@ class Tester:
                 return "it does not build"
         return None
 
-    def cmake_excerpt(self, block, _):
-        lists = [path for path in self.arguments.root.rglob("CMakeLists.txt")
-                 if path.relative_to(self.arguments.root).parts[0] != "build"]
-        found = any(block.text in path.read_text(encoding="utf-8") for path in lists)
-        return None if found else "no CMakeLists.txt has it"
+    def excerpt(self, block, _):
+        names = ("CMakeLists.txt",) if block.kind.startswith("cmake") else ("*.h", "*.cpp")
+        tops = [path for path in self.arguments.root.iterdir() if path.is_dir() and path.name != "build"]
+        files = (path for name in names for top in tops for path in top.rglob(name))
+        wanted = without_indentation(block.text)
+        found = any(wanted in without_indentation(path.read_text(encoding="utf-8")) for path in files)
+        return None if found else f"no {' or '.join(names)} of the tree has it"
 
 
 def main():

@@ -8,6 +8,7 @@ KINDS = {
     "cpp run": "block",
     "cpp compile": "block",
     "cpp body": "block",
+    "cpp excerpt": "block",
     "sh run": "block",
     "sh": "block",
     "cmake": "block",

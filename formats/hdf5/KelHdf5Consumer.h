@@ -9,7 +9,7 @@
 
 namespace meridyn {
 
-/// Writes case and data files of the Kel family on HDF5: <name>.case.kel and <name>.data.kel, as docs/file-format.md
+/// Writes case and data files of the Kel family on HDF5: name.case.kel and name.data.kel, as docs/file-format.md
 /// describes them.
 ///
 /// What      everything that the frame carries, both data classes, in any order of calls, ranges and zones. The tracing
@@ -18,7 +18,7 @@ namespace meridyn {
 ///           never set counts as 1. Before going on to another mesh, call writeMeshSize: it stores the zones and sizes
 ///           as they are then. The zones of an element kind are fixed by its first values; a mesh-wide count that is
 ///           larger than the zones' adds the elements 1 to that count.
-/// Files     a new file is written as <name>.tmp and replaces what bears its name only when endWriting succeeds. With
+/// Files     a new file is written as name.tmp and replaces what bears its name only when endWriting succeeds. With
 ///           setAppendOn an existing file gets further meshes (a case) or time levels, meshes and variables (data):
 ///           what has the same place is replaced, everything else stays; until endWriting has succeeded the file reads
 ///           as before. A case that is appended to replaces the mesh of the same id, target and partition as a whole.
@@ -28,7 +28,7 @@ namespace meridyn {
 ///           After an error the remaining calls are ignored. Zones named by a start marker must get their values.
 /// Settings  of one key replace each other, also those of a file that is appended to, unless overriding was
 ///           switched off.
-///           A string attribute is a setting of the group "<section>/<group>" of the data class being written.
+///           A string attribute is a setting of the group "section/group" of the data class being written.
 /// Memory    below 64 MiB beyond the caller's arrays, whatever the size of the mesh, as long as calls hand over ranges;
 ///           single elements in scattered order cost some tens of bytes each.
 /// Threads   one thread at a time per object; compression uses a second thread within a call.

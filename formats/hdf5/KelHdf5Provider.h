@@ -12,29 +12,26 @@ namespace meridyn {
 /// Reads case and data files of the Kel family on HDF5, see KelHdf5Consumer and docs/file-format.md.
 ///
 /// Opening   fills KelBase: from a case mesh context, sizes, units, zones with their properties and neighbours; from
-/// data
-///           time levels, phases, variables with their attributes and categories, and the zones when none are known
-///           yet. Arrays are opened when they are first asked for, and a range reads that range only.
+///           data time levels, phases, variables with their attributes and categories, and the zones when none are
+///           known yet. Arrays are opened when they are first asked for, and a range reads that range only.
 /// Mesh      the mesh of the file that fits the context that was chosen before, else the first one; the context then
-/// names
-///           it. Choosing another mesh id, target or partition later loads that one, or gives false and a KelError.
+///           names it. Choosing another mesh id, target or partition later loads that one, or gives false and a
+///           KelError.
 /// Level     opening data selects the first time level and the first phase where none is selected. Values without a
-/// time
-///           level are read while none is selected.
+///           time level are read while none is selected.
 /// Solver    the solver type is that of the common settings, when they name one.
 /// Version   isSupported decides: files of a newer major version are refused, of a newer minor version read with a
 ///           KelWarning; all older ones are read.
 /// Absent    what the file does not have gives 0, false, -1 or an empty list silently; so does a range in which an
-/// element
-///           has no values, but for cell 1, which is 0 there. Where the room in a buffer ends, the whole elements that
-///           fit are given.
+///           element has no values, but for cell 1, which is 0 there. Where the room in a buffer ends, the whole
+///           elements that fit are given.
 /// Faults    everything else that goes wrong (a damaged file, an element that is not in the mesh) is posted as a
-/// KelError that
-///           names the file; the operation then gives what it gives for an absent array.
+///           KelError that names the file; the operation then gives what it gives for an absent array.
 /// Settings  getSettingsKeys lists the group "settings".
 /// Threads   one thread at a time per object.
 class KEL_API KelHdf5Provider : public KelFormatProvider {
 public:
+    /// Nothing is open.
     KelHdf5Provider();
     ~KelHdf5Provider() override;
 

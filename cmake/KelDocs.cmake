@@ -11,7 +11,6 @@ if(KEL_DOXYGEN AND KEL_PYTHON)
             list(APPEND KEL_DOXYGEN_INPUT ${headers})
         endif()
     endforeach()
-    list(FILTER KEL_DOXYGEN_INPUT EXCLUDE REGEX "/formats/memory/") # there to be copied, so it is read as code
     list(JOIN KEL_DOXYGEN_INPUT " " KEL_DOXYGEN_INPUT)
     configure_file(${PROJECT_SOURCE_DIR}/docs/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)
     set(KEL_REFERENCE ${KEL_PYTHON} ${PROJECT_SOURCE_DIR}/docs/reference.py ${PROJECT_BINARY_DIR}/Doxyfile)

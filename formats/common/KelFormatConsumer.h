@@ -17,6 +17,7 @@ namespace meridyn {
 ///           an empty name.
 class KEL_API KelFormatConsumer : public KelFileConsumer {
 public:
+    /// No file is named and nothing is open.
     KelFormatConsumer();
     ~KelFormatConsumer() override;
 

@@ -18,6 +18,7 @@ namespace meridyn {
 /// Overloads a format that overrides one overload repeats the others with `using KelFormatProvider::...`.
 class KEL_API KelFormatProvider : public KelFileProvider {
 public:
+    /// No file is named and nothing is open.
     KelFormatProvider();
     ~KelFormatProvider() override;
 
@@ -82,6 +83,7 @@ protected:
 
     /// Declares sizes, units and zones. Nothing is left of the zones that were there before.
     void declareMesh(const KelMeshDescription& mesh);
+    /// The zones alone.
     void declareZones(const std::vector<KelZoneDescription>& zones);
 
     /// Declares phases and variables in the place of those that were there, with the same ids unless the description

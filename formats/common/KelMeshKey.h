@@ -9,9 +9,9 @@ namespace meridyn {
 
 /// Which of the meshes in a file: its id, what it is prepared for, and the partition, -1 for none.
 struct KelMeshKey {
-    int meshId = -1;
-    int target = 0;
-    int partitionId = -1;
+    int meshId = -1;      ///< counted from 1
+    int target = 0;       ///< a KelTargetCategory
+    int partitionId = -1; ///< -1 for none
 
     /// The one that a writer's context stands for. A mesh id that was never set is 1; only meshes for partitioned
     /// post-processing have a partition.

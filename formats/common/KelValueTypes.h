@@ -6,8 +6,8 @@
 #include <limits>
 #include <type_traits>
 
-// The ten value types in the order of KelPlainDataType. KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE) expands KEL_DEFINE(T) once
-// for each; undefine KEL_DEFINE right behind it.
+/// The ten value types in the order of KelPlainDataType. KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE) expands KEL_DEFINE(T) once
+/// for each; undefine KEL_DEFINE right behind it.
 #define KEL_FOR_EACH_VALUE_TYPE(DEFINE)                                                                                \
     DEFINE(unsigned char)                                                                                              \
     DEFINE(char)                                                                                                       \

@@ -21,15 +21,16 @@ namespace meridyn {
 /// Reports   what cannot be kept posts a KelError that names file and data, and changes nothing.
 class KEL_API KelMemoryConsumer : public KelFormatConsumer {
 public:
+    /// No file is named and nothing is open.
     KelMemoryConsumer();
     ~KelMemoryConsumer() override;
 
-    using Id = unsigned64;
-    using Text = std::string;
-    using Zones = std::vector<int>;
-    using Ids = std::vector<Id>;
-    using Type = KelPlainDataType;
-    using Pairs = std::vector<std::pair<Text, Text>>;
+    using Id = unsigned64;                            ///< short for it
+    using Text = std::string;                         ///< short for it
+    using Zones = std::vector<int>;                   ///< short for it
+    using Ids = std::vector<Id>;                      ///< short for it
+    using Type = KelPlainDataType;                    ///< short for it
+    using Pairs = std::vector<std::pair<Text, Text>>; ///< short for it
 
     // clang-format off
     // ---- run
@@ -166,7 +167,7 @@ private:
     bool fail(const Text& what) const; ///< Posts a KelError; false.
 
     // Where things go. Null stands for a node that is not open, which has been reported then.
-    using Node = KelMemoryNode;
+    using Node = KelMemoryNode; ///< short for it
     KelMemoryFile::Mesh* mesh(KelDataClass dataClass) const
     { return isOpen(dataClass) ? &_files[dataClass]->meshes[KelMeshKey::ofContext(getMeshId(), getTarget(), getPartitionId())] : nullptr; }
     Node* tree(KelDataClass dataClass) const ///< of the current mesh and, for data, time level

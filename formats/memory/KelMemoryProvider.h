@@ -19,15 +19,16 @@ namespace meridyn {
 /// Reports   a file, or a mesh in it, that is not there posts a KelError.
 class KEL_API KelMemoryProvider : public KelFormatProvider {
 public:
+    /// No file is named and nothing is open.
     KelMemoryProvider();
     ~KelMemoryProvider() override;
 
-    using Id = unsigned64;
-    using Text = std::string;
-    using Names = std::vector<Text>;
-    using Zones = std::vector<int>;
-    using Ids = std::vector<Id>;
-    using Type = KelPlainDataType;
+    using Id = unsigned64;           ///< short for it
+    using Text = std::string;        ///< short for it
+    using Names = std::vector<Text>; ///< short for it
+    using Zones = std::vector<int>;  ///< short for it
+    using Ids = std::vector<Id>;     ///< short for it
+    using Type = KelPlainDataType;   ///< short for it
 
     // clang-format off
     // ---- run
@@ -204,7 +205,7 @@ protected:
 
 private:
     // What is not there is an empty file, mesh or node: every question to it is answered by nothing.
-    using Node = KelMemoryNode;
+    using Node = KelMemoryNode; ///< short for it
     const KelMemoryFile& file(KelDataClass dataClass) const { return isOpen(dataClass) ? *_files[dataClass] : noFile; }
     bool isOpen(KelDataClass dataClass) const { return (dataClass == KEL_CASE || dataClass == KEL_DATA) && _files[dataClass]; }
     const Node& member(const char* kind, const Text& name) const { return (*_set)[kind][name]; } ///< of the open set

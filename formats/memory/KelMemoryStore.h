@@ -34,7 +34,7 @@ KelMemoryValues copyOf(const T* values, unsigned64 count)
 /// are the buffers as they were handed over, and for each run of ids where in which buffer its values lie.
 class KEL_API KelMemoryArray {
 public:
-    using Id = unsigned64;
+    using Id = unsigned64; ///< an element id, or a number of values
 
     // clang-format off
     /// @name Keep values for the ids of a range
@@ -74,7 +74,7 @@ private:
 };
 
 template <class T>
-unsigned64 KelMemoryArray::get(Id first, Id last, T* out, Id capacity, const KelMemoryArray& counts) const
+KelMemoryArray::Id KelMemoryArray::get(Id first, Id last, T* out, Id capacity, const KelMemoryArray& counts) const
 {
     Id stored = 0;
     for (Id id = first; id != 0 && id <= last; ++id) { // 0: behind the largest id
@@ -97,17 +97,17 @@ unsigned64 KelMemoryArray::get(Id first, Id last, T* out, Id capacity, const Kel
 
 /// What has a name in a file: a tree, in which each node may carry values.
 struct KEL_API KelMemoryNode {
-    std::string name;
-    std::list<KelMemoryNode> children = {}; ///< in the order in which they came
-    std::string text = {};
-    std::vector<int> zoneIds = {};
-    KelZoneCategory category = KelZoneCategory(-1);
-    KelPlainDataType type = KelPlainDataType(-1);
+    std::string name;                               ///< under which its parent has it
+    std::list<KelMemoryNode> children = {};         ///< in the order in which they came
+    std::string text = {};                          ///< of a setting, an attribute, a text of a set
+    std::vector<int> zoneIds = {};                  ///< the zones that were named for it
+    KelZoneCategory category = KelZoneCategory(-1); ///< of its elements; -1 for none
+    KelPlainDataType type = KelPlainDataType(-1);   ///< of its values; -1 for none
     unsigned64 size = 0;        ///< values per element, 0: see counts; or a number of members or points
     KelMemoryArray values = {}; ///< per element id; of a list: one for each of 1, 2, ...
 
-    static const KelMemoryNode nothing; ///< stands for a node that is not there
-    explicit operator bool() const { return this != &nothing; }
+    static const KelMemoryNode nothing;                         ///< stands for a node that is not there
+    explicit operator bool() const { return this != &nothing; } ///< whether it is there
 
     KelMemoryNode& operator[](const std::string& child);             ///< made behind the others if missing
     const KelMemoryNode& operator[](const std::string& child) const; ///< `nothing` if missing
@@ -116,6 +116,7 @@ struct KEL_API KelMemoryNode {
     /// How many values each element has, where that differs: one number per element.
     // clang-format off
     KelMemoryNode& counts() { KelMemoryNode& node = (*this)[name + " counts"]; node.size = 1; return node; }
+    /// The same, `nothing` if missing.
     const KelMemoryNode& counts() const { return (*this)[name + " counts"]; }
 
     /// Gives the values of a range of elements; those with a count of 0 need not have been kept.
@@ -133,25 +134,27 @@ struct KEL_API KelMemoryNode {
 
 /// What a file holds for one data class.
 struct KelMemoryFile {
+    /// One of the meshes, or what belongs to one.
     struct Mesh {
-        KelMeshDescription mesh;
-        KelSolutionDescription solution;
-        std::string locations;
+        KelMeshDescription mesh;         ///< what KelBase knows of it
+        KelSolutionDescription solution; ///< phases, variables and time levels; data only
+        std::string locations;           ///< state of the location model
         KelMemoryNode tree; ///< case: arrays, sections, sets; data: by time level, sets and phases with all they have
     };
-    KelMemoryNode settings; ///< groups, and in them a text for each key
-    std::vector<std::pair<std::string, std::string>> log;
-    std::map<KelMeshKey, Mesh> meshes;
+    KelMemoryNode settings;                               ///< groups, and in them a text for each key
+    std::vector<std::pair<std::string, std::string>> log; ///< titles and texts
+    std::map<KelMeshKey, Mesh> meshes;                    ///< all of the file
 };
 
 /// The files of this process, by name ("memory:" and anything) and data class. A file never changes once it is there:
 /// a reader keeps what it opened although a writer puts another in its place. May be used from several threads.
 class KEL_API KelMemoryStore {
 public:
-    using File = std::shared_ptr<const KelMemoryFile>;
+    using File = std::shared_ptr<const KelMemoryFile>; ///< a file as readers hold it
 
     static File find(const std::string& name, KelDataClass dataClass); ///< null for none
-    static void publish(const std::string& name, KelDataClass dataClass, File file);
+    static void publish(const std::string& name, KelDataClass dataClass,
+                        File file);              ///< puts a file in the place of what has the name
     static bool remove(const std::string& name); ///< of both data classes; false when there are none
 };
 

@@ -26,9 +26,6 @@ OWN_TESTS = {
     ("docs/variable-mapping.md", "xml"): "tests/solution/MappingFileTest.cpp",
 }
 
-# Blocks that have no test yet.
-UNTESTED = {("docs/writing-a-format.md", "cpp")}
-
 # The line of a comment `<!-- given ... -->` whose place the block takes; without it the block comes last.
 PLACE = "...\n"
 GIVEN = re.compile(r"<!-- given\n(.*?)-->\s*\Z", re.DOTALL)

@@ -12,9 +12,21 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/MeridynFluidsKelConfigVer
 install(FILES ${PROJECT_BINARY_DIR}/MeridynFluidsKelConfig.cmake ${PROJECT_BINARY_DIR}/MeridynFluidsKelConfigVersion.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/MeridynFluidsKel COMPONENT development)
 
+# kel_install_pkg_config(<name> DESCRIPTION <text> LIBS <flags> [REQUIRES <name of another>])
+#
 # Paths in the pkg-config file are relative to it, so that an installed tree can be moved.
-file(RELATIVE_PATH KEL_PREFIX_FROM_PKGCONFIG
-    /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
-configure_file(${PROJECT_SOURCE_DIR}/cmake/meridynfluidskel.pc.in ${PROJECT_BINARY_DIR}/meridynfluidskel.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/meridynfluidskel.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+function(kel_install_pkg_config name)
+    cmake_parse_arguments(PARSE_ARGV 1 KEL_PC "" "DESCRIPTION;LIBS;REQUIRES" "")
+    if(KEL_PC_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "kel_install_pkg_config(${name}): unknown arguments ${KEL_PC_UNPARSED_ARGUMENTS}")
+    endif()
+    set(KEL_PC_NAME ${name})
+    file(RELATIVE_PATH KEL_PREFIX_FROM_PKGCONFIG /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/package.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endfunction()
+kel_install_pkg_config(meridynfluidskel
+    DESCRIPTION ${PROJECT_DESCRIPTION} LIBS "-lmeridynfluidskelinterface -lmeridynarbor")
+kel_install_pkg_config(meridynkelformats
+    DESCRIPTION "Formats of the Kel family and transfer between them" LIBS -lmeridynkelformats REQUIRES meridynfluidskel)

@@ -42,7 +42,7 @@ public:
 
     /// What setMeshContext loads again after the context changed: a set of bits.
     enum UpdateMethod : int {
-        KEL_UPDATE_NONE = 0,
+        KEL_UPDATE_NONE = 0,         ///< nothing: the client opens the data classes itself
         KEL_UPDATE_CASE = 1,         ///< the case, while no mesh is loaded (dimension 0)
         KEL_UPDATE_DATA = 2,         ///< the data, while no phase is defined
         KEL_UPDATE_CASE_AND_DATA = 3 ///< both, the case first

@@ -12,6 +12,7 @@ namespace meridyn {
 /// Remembers, per data class, the name of a file and its version text. Base of the file-bound writer and reader.
 class KEL_API KelFileIO {
 public:
+    /// No file is named for either data class.
     KelFileIO();
     KelFileIO(const KelFileIO& other);
     KelFileIO& operator=(const KelFileIO& other);

@@ -12,6 +12,7 @@ namespace meridyn {
 /// A format overrides openData, closeData and the range operations. Whether a file is open is not tracked here.
 class KEL_API KelFileProvider : public KelProvider, public KelFileIO {
 public:
+    /// No file is named and nothing is open.
     KelFileProvider();
     ~KelFileProvider() override;
 

@@ -35,6 +35,7 @@ namespace meridyn {
 /// Groups    1 creation and deletion   2 look-up by name   3 names and relations   4 zones   5 resolution   6 state
 class KEL_API KelLocationModel {
 public:
+    /// An empty model: no parts.
     KelLocationModel();
     ~KelLocationModel();
     KelLocationModel(const KelLocationModel&) = delete;

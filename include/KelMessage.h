@@ -14,11 +14,11 @@ public:
     /// Severity. The numbers are part of the interface; a value outside the list is kept as it is and its
     /// text is shown as "Unknown:".
     enum Type : int {
-        KEL_MESSAGE_FATAL = 0,
-        KEL_MESSAGE_ERROR = 1,
-        KEL_MESSAGE_WARNING = 2,
-        KEL_MESSAGE_INFO = 3,
-        KEL_MESSAGE_INTERNAL = 4
+        KEL_MESSAGE_FATAL = 0,   ///< the program cannot go on
+        KEL_MESSAGE_ERROR = 1,   ///< the operation failed
+        KEL_MESSAGE_WARNING = 2, ///< the operation went on, with something left out or assumed
+        KEL_MESSAGE_INFO = 3,    ///< nothing is wrong
+        KEL_MESSAGE_INTERNAL = 4 ///< for the developers of a format
     };
 
     /// @param message   the text for the user, without a severity prefix

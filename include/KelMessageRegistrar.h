@@ -9,6 +9,7 @@ class KelMessage;
 /// A sink for message records. Every KelBase is one (KelBase::getMessageRegistrar); tools may write their own.
 class KEL_API KelMessageRegistrar {
 public:
+    /// A sink holds nothing of its own here; copies and assignments of this class do nothing.
     KelMessageRegistrar();
     KelMessageRegistrar(const KelMessageRegistrar& other);
     KelMessageRegistrar& operator=(const KelMessageRegistrar& other);

@@ -19,6 +19,7 @@ class DataInterface;
 /// What the two texts and the keywords mean is between the parser and those who call addSetting.
 class KEL_API KelSettingsParser {
 public:
+    /// A parser holds nothing of its own here; copies and assignments of this class do nothing.
     KelSettingsParser();
     KelSettingsParser(const KelSettingsParser& other);
     KelSettingsParser& operator=(const KelSettingsParser& other);

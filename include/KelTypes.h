@@ -16,10 +16,10 @@ using signed64 = long long;
 
 /// Kind of mesh element that a zone holds.
 enum KelZoneCategory : int {
-    KEL_NODE_ZONE = 0,
-    KEL_EDGE_ZONE = 1,
-    KEL_FACE_ZONE = 2,
-    KEL_CELL_ZONE = 3
+    KEL_NODE_ZONE = 0, ///< nodes: the corners of all others
+    KEL_EDGE_ZONE = 1, ///< edges
+    KEL_FACE_ZONE = 2, ///< faces, in a two-dimensional mesh the lines between cells
+    KEL_CELL_ZONE = 3  ///< cells: the volumes, in a two-dimensional mesh the areas
 };
 
 /// What the mesh is prepared for. The library distinguishes partitioned post-processing from all others.
@@ -46,17 +46,17 @@ enum KelZoneSizeType : int {
 
 /// The two free texts of a zone. Our formats keep its name in the first and the name of its kind in the second.
 enum KelZoneStringInfoType : int {
-    KEL_ZONE_STRING_0 = 0,
-    KEL_ZONE_STRING_1 = 1
+    KEL_ZONE_STRING_0 = 0, ///< the name, in our formats
+    KEL_ZONE_STRING_1 = 1  ///< the name of the kind, in our formats
 };
 
 /// Mesh-wide sizes. Our formats keep the counts of nodes, edges, faces and cells in the slots 1 to 4.
 enum KelMeshSizeType : int {
     KEL_MESH_DIMENSION = 0, ///< spatial dimension; 0 while no mesh is loaded
-    KEL_MESH_SIZE_1 = 1,
-    KEL_MESH_SIZE_2 = 2,
-    KEL_MESH_SIZE_3 = 3,
-    KEL_MESH_SIZE_4 = 4
+    KEL_MESH_SIZE_1 = 1,    ///< number of nodes, in our formats
+    KEL_MESH_SIZE_2 = 2,    ///< number of edges, in our formats
+    KEL_MESH_SIZE_3 = 3,    ///< number of faces, in our formats
+    KEL_MESH_SIZE_4 = 4     ///< number of cells, in our formats
 };
 
 /// @name Numbers kept per zone
@@ -87,23 +87,23 @@ enum KelCellZoneInfoType : int {
 
 /// Flags of a face zone: value n is bit n of its flag word.
 enum KelFaceZonePropType : int {
-    KEL_FACE_ZONE_PROP_0 = 0,
-    KEL_FACE_ZONE_PROP_1 = 1,
-    KEL_FACE_ZONE_PROP_2 = 2,
-    KEL_FACE_ZONE_PROP_3 = 3,
-    KEL_FACE_ZONE_PROP_4 = 4,
-    KEL_FACE_ZONE_PROP_5 = 5,
-    KEL_FACE_ZONE_PROP_6 = 6
+    KEL_FACE_ZONE_PROP_0 = 0, ///< bit 0
+    KEL_FACE_ZONE_PROP_1 = 1, ///< bit 1
+    KEL_FACE_ZONE_PROP_2 = 2, ///< bit 2
+    KEL_FACE_ZONE_PROP_3 = 3, ///< bit 3
+    KEL_FACE_ZONE_PROP_4 = 4, ///< bit 4
+    KEL_FACE_ZONE_PROP_5 = 5, ///< bit 5
+    KEL_FACE_ZONE_PROP_6 = 6  ///< bit 6
 };
 /// @}
 
 /// Kind of a face zone. -1 is none.
 enum KelFaceZoneType : int {
-    KEL_FACE_ZONE_TYPE_INTERIOR = 0,
-    KEL_FACE_ZONE_TYPE_WALL = 1,
-    KEL_FACE_ZONE_TYPE_INLET = 2,
-    KEL_FACE_ZONE_TYPE_OUTLET = 3,
-    KEL_FACE_ZONE_TYPE_SYMMETRY = 4,
+    KEL_FACE_ZONE_TYPE_INTERIOR = 0,  ///< between two cells
+    KEL_FACE_ZONE_TYPE_WALL = 1,      ///< a solid boundary
+    KEL_FACE_ZONE_TYPE_INLET = 2,     ///< where the flow enters
+    KEL_FACE_ZONE_TYPE_OUTLET = 3,    ///< where the flow leaves
+    KEL_FACE_ZONE_TYPE_SYMMETRY = 4,  ///< a plane of symmetry
     KEL_FACE_ZONE_TYPE_PERIODIC = 5,  ///< its faces have shadow faces in the partner zone
     KEL_FACE_ZONE_TYPE_INTERFACE = 6, ///< non-conformal connection, see the interface data of faces
     KEL_FACE_ZONE_TYPE_EMPTY = 7,     ///< normal to the directions that are not solved
@@ -114,21 +114,21 @@ enum KelFaceZoneType : int {
 
 /// Kind of an edge zone. -1 is none.
 enum KelEdgeZoneType : int {
-    KEL_EDGE_ZONE_TYPE_INTERIOR = 0,
-    KEL_EDGE_ZONE_TYPE_BOUNDARY = 1,
-    KEL_EDGE_ZONE_TYPE_FEATURE = 2
+    KEL_EDGE_ZONE_TYPE_INTERIOR = 0, ///< within the mesh
+    KEL_EDGE_ZONE_TYPE_BOUNDARY = 1, ///< on the boundary
+    KEL_EDGE_ZONE_TYPE_FEATURE = 2   ///< a sharp edge of the geometry
 };
 
 /// Shape of a cell. -1 is the answer for a cell whose type could not be read.
 enum KelCellType : int {
-    KEL_CELL_POLYHEDRON = 0,
-    KEL_CELL_TETRAHEDRON = 1,
-    KEL_CELL_PYRAMID = 2,
-    KEL_CELL_PRISM = 3,
-    KEL_CELL_HEXAHEDRON = 4,
-    KEL_CELL_POLYGON = 5, ///< 5 to 7: cells of a two-dimensional mesh
-    KEL_CELL_TRIANGLE = 6,
-    KEL_CELL_QUADRILATERAL = 7
+    KEL_CELL_POLYHEDRON = 0,   ///< any other volume
+    KEL_CELL_TETRAHEDRON = 1,  ///< 4 nodes, 4 faces
+    KEL_CELL_PYRAMID = 2,      ///< 5 nodes, 5 faces
+    KEL_CELL_PRISM = 3,        ///< 6 nodes, 5 faces
+    KEL_CELL_HEXAHEDRON = 4,   ///< 8 nodes, 6 faces
+    KEL_CELL_POLYGON = 5,      ///< 5 to 7: cells of a two-dimensional mesh
+    KEL_CELL_TRIANGLE = 6,     ///< 3 nodes, 3 faces
+    KEL_CELL_QUADRILATERAL = 7 ///< 4 nodes, 4 faces
 };
 
 /// How a reader of this library version fares with a file's version.
@@ -141,23 +141,23 @@ enum KelReadable : int {
 
 /// Element type of a block of plain data: the ten value types in their fixed order. -1 is none.
 enum KelPlainDataType : int {
-    KEL_PLAIN_UNSIGNED_CHAR = 0,
-    KEL_PLAIN_CHAR = 1,
-    KEL_PLAIN_SHORT = 2,
-    KEL_PLAIN_UNSIGNED_INT = 3,
-    KEL_PLAIN_INT = 4,
-    KEL_PLAIN_LONG = 5,
-    KEL_PLAIN_UNSIGNED64 = 6,
-    KEL_PLAIN_SIGNED64 = 7,
-    KEL_PLAIN_FLOAT = 8,
-    KEL_PLAIN_DOUBLE = 9
+    KEL_PLAIN_UNSIGNED_CHAR = 0, ///< unsigned char
+    KEL_PLAIN_CHAR = 1,          ///< char
+    KEL_PLAIN_SHORT = 2,         ///< short
+    KEL_PLAIN_UNSIGNED_INT = 3,  ///< unsigned int
+    KEL_PLAIN_INT = 4,           ///< int
+    KEL_PLAIN_LONG = 5,          ///< long
+    KEL_PLAIN_UNSIGNED64 = 6,    ///< unsigned64
+    KEL_PLAIN_SIGNED64 = 7,      ///< signed64
+    KEL_PLAIN_FLOAT = 8,         ///< float
+    KEL_PLAIN_DOUBLE = 9         ///< double
 };
 
 /// Precision in which a format stores coordinates and values of variables.
 enum KelDataPrecisionType : int {
     KEL_PRECISION_AS_GIVEN = 0, ///< that of the call which hands the values over
-    KEL_PRECISION_SINGLE = 1,
-    KEL_PRECISION_DOUBLE = 2
+    KEL_PRECISION_SINGLE = 1,   ///< float: 32 bits
+    KEL_PRECISION_DOUBLE = 2    ///< double: 64 bits
 };
 
 /// How several processes share a file.
@@ -169,9 +169,9 @@ enum KelIOMode : int {
 
 /// How much bulk data a reader may keep in memory between calls.
 enum KelDataCacheMode : int {
-    KEL_CACHE_NONE = 0,
+    KEL_CACHE_NONE = 0, ///< none: every call reads again
     KEL_CACHE_LAST = 1, ///< what the last call needed
-    KEL_CACHE_ALL = 2
+    KEL_CACHE_ALL = 2   ///< all that was read
 };
 
 } // namespace meridyn

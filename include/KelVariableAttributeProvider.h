@@ -14,6 +14,7 @@ namespace meridyn {
 /// prints. The order of the operations and their constness are part of the interface.
 class KEL_API KelVariableAttributeProvider {
 public:
+    /// Answers as the operations say when nobody overrides them.
     KelVariableAttributeProvider() = default;
     KelVariableAttributeProvider(const KelVariableAttributeProvider&) = default;
     KelVariableAttributeProvider& operator=(const KelVariableAttributeProvider&) = default;

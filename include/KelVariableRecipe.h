@@ -14,6 +14,7 @@ class KelProvider;
 /// KelVariableRecipeProvider. The order of the operations is part of the interface.
 class KEL_API KelVariableRecipe {
 public:
+    /// A rule without a state of its own.
     KelVariableRecipe() = default;
     KelVariableRecipe(const KelVariableRecipe&) = default;
     KelVariableRecipe& operator=(const KelVariableRecipe&) = default;

@@ -15,6 +15,7 @@ class KelVariableRecipe;
 /// The order of the operations is part of the interface.
 class KEL_API KelVariableRecipeProvider {
 public:
+    /// No recipes.
     KelVariableRecipeProvider() = default;
     KelVariableRecipeProvider(const KelVariableRecipeProvider&) = default;
     KelVariableRecipeProvider& operator=(const KelVariableRecipeProvider&) = default;

@@ -1,8 +1,8 @@
 // What do whole case and data files cost, compared with the plain limit of pwrite and pread and with bare HDF5?
 //
-// whole_file [n [level [folder [scattered]]]]: a box of n^3 cells (default 64), compression level (0), folder for the
-// files (the system's for temporary files), "scattered" numbers cells, faces and nodes at random. Prints one line of
-// JSON: medians in seconds of alternating runs, ratios to the limit of the same run.
+// bench_whole_file [n [level [folder [scattered]]]]: a box of n^3 cells (default 64), compression level (0), folder for
+// the files (the system's for temporary files), "scattered" numbers cells, faces and nodes at random. Prints one line
+// of JSON: medians in seconds of alternating runs, ratios to the limit of the same run.
 #include "BoxArrays.h"
 #include "KelHdf5Consumer.h"
 #include "KelHdf5Provider.h"
@@ -193,7 +193,7 @@ int main(int argc, char** argv)
     const std::string folder = argc > 3 ? argv[3] : std::filesystem::temp_directory_path().string();
     const bool scatters = argc > 4 && std::strcmp(argv[4], "scattered") == 0;
     if (n < 1) {
-        std::fprintf(stderr, "usage: whole_file [n [level [folder [scattered]]]]\n");
+        std::fprintf(stderr, "usage: bench_whole_file [n [level [folder [scattered]]]]\n");
         return 2;
     }
     std::string own = folder + "/whole-file-XXXXXX";

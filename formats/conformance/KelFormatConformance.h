@@ -42,8 +42,7 @@ struct KelConformanceResult {
 class KEL_API KelFormatConformance {
 public:
     /// @param format         is copied
-    /// @param scratchFolder  an existing folder in which the checks make their files; stays the caller's, files
-    /// included
+    /// @param scratchFolder  an existing folder in which the checks make their files; it and they stay the caller's
     KelFormatConformance(KelFormat format, std::string scratchFolder);
     ~KelFormatConformance();
     KelFormatConformance(const KelFormatConformance&) = delete;

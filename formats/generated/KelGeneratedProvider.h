@@ -36,6 +36,7 @@ class BoxMesh;
 /// fit.
 class KEL_API KelGeneratedProvider : public KelFileProvider {
 public:
+    /// Nothing is open.
     KelGeneratedProvider();
     ~KelGeneratedProvider() override;
 

@@ -191,13 +191,11 @@ std::unique_ptr<ArrayWriter> ArrayWriter::create(Hdf5File& file, hid_t group, co
         checkedCall(H5Pset_alloc_time(properties.get(), H5D_ALLOC_TIME_EARLY), label);
     }
     const hid_t type = fileTypeOf(shape.type);
-    const bool isTaken = !name.empty() && hasLink(group, name);
-    const hid_t id = name.empty() || isTaken ? H5Dcreate_anon(group, type, space.get(), properties.get(), H5P_DEFAULT)
-                                             : H5Dcreate2(group, name.c_str(), type, space.get(), H5P_DEFAULT,
-                                                          properties.get(), H5P_DEFAULT);
-    Handle dataSet = checkedId(id, label);
-    if (isTaken)
-        file.linkAtCommit(id, group, name);
+    Handle dataSet = checkedId(H5Dcreate_anon(group, type, space.get(), properties.get(), H5P_DEFAULT), label);
+    if (!name.empty() && hasLink(group, name))
+        file.linkAtCommit(dataSet.get(), group, name);
+    else if (!name.empty())
+        linkNew(dataSet, group, name);
     if (isChunked)
         return makeChunkedWriter(file, std::move(dataSet), label, shape, compression);
     return std::make_unique<ContiguousWriter>(file, std::move(dataSet), label, shape);
@@ -219,8 +217,7 @@ void ArrayWriter::read(std::uint64_t first, std::uint64_t count, const Target& t
 
 void ArrayWriter::link(hid_t group, const std::string& name)
 {
-    const QuietErrors quiet;
-    checkedCall(H5Olink(_dataSet.get(), group, name.c_str(), H5P_DEFAULT, H5P_DEFAULT), arrayLabel(group, name));
+    linkNew(_dataSet, group, name);
 }
 
 void ArrayWriter::finish()

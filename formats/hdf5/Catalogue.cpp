@@ -3,17 +3,16 @@
 #include "Attributes.h"
 #include "FormatError.h"
 #include "Hdf5File.h"
-#include "KelSolutionModel.h"
 
 #include <algorithm>
 #include <climits>
+#include <set>
 
 namespace meridyn::hdf5 {
 
 namespace {
 
 const char datasetAttribute[] = "Dataset Name";
-constexpr short mixture = -1;
 
 // '#' counts the arrays of a field, see FieldArray.
 template <class Entries>
@@ -85,38 +84,29 @@ const Catalogue::Phase* Catalogue::find(const std::string& name) const
     return found == _phases.end() ? nullptr : &*found;
 }
 
-Catalogue Catalogue::of(const KelSolutionModel& model, const std::function<std::set<int>(int)>& categories)
+Catalogue Catalogue::of(const KelSolutionDescription& solution)
 {
     Catalogue catalogue;
-    std::vector<short> phaseIds;
-    model.getPhases(phaseIds);
-    for (const short phaseId : phaseIds) {
-        Phase phase;
-        phase.id = phaseId;
-        model.getUniqueNameOfPhase(phaseId, phase.uniqueName);
-        std::vector<std::string> names;
-        model.getAttributeNamesOfPhase(phaseId, names);
-        names.emplace_back(datasetAttribute);
-        for (const std::string& name : names)
-            if (std::string value; model.getAttributeOfPhase(phaseId, name, value))
-                phase.attributes[name] = value;
-        std::vector<int> variableIds;
-        model.getVariables(phaseId, variableIds);
-        for (const int variableId : variableIds) {
-            Variable variable;
-            variable.id = variableId;
-            model.getUniqueNameOfVariable(variableId, variable.uniqueName);
-            model.getAttributeNamesOfVariable(variableId, names);
-            names.emplace_back(datasetAttribute);
-            for (const std::string& name : names)
-                if (std::string value; model.getAttributeOfVariable(variableId, name, value))
-                    variable.attributes[name] = value;
-            variable.categories = categories(variableId);
-            phase.variables.push_back(std::move(variable));
-        }
-        catalogue._phases.push_back(std::move(phase));
+    for (const KelPhaseDescription& phase : solution.phases) {
+        catalogue._phases.push_back({phase, {}, {}});
+        for (const KelVariableDescription& variable : solution.variables)
+            if (variable.phaseId == phase.id)
+                catalogue._phases.back().variables.push_back({variable, {}});
     }
     return catalogue;
+}
+
+KelSolutionDescription Catalogue::description() const
+{
+    KelSolutionDescription solution;
+    for (const Phase& phase : _phases) {
+        solution.phases.push_back(phase);
+        for (const Variable& variable : phase.variables) {
+            solution.variables.push_back(variable);
+            solution.variables.back().phaseId = phase.id;
+        }
+    }
+    return solution;
 }
 
 Catalogue::Phase& Catalogue::phaseNamed(const std::string& name, const std::string& dataset, short id)
@@ -226,56 +216,6 @@ void Catalogue::store(hid_t meshGroup) const
                 writeNumbers(group.get(), "kel_categories", categories);
         }
     }
-}
-
-// Ids come from the order of creation. A phase 0 means that the mixture was there before the first phase, and so was
-// its first variable.
-std::map<int, int> Catalogue::restore(KelSolutionModel& model) const
-{
-    struct Entry {
-        const Phase* phase;
-        const Variable* variable;
-    };
-    std::vector<Entry> entries;
-    for (const Phase& phase : _phases)
-        for (const Variable& variable : phase.variables)
-            entries.push_back({&phase, &variable});
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const Entry& a, const Entry& b) { return a.variable->id < b.variable->id; });
-
-    std::map<short, short> phaseIds{{mixture, mixture}};
-    std::map<int, int> variableIds;
-    std::size_t next = 0;
-    const auto createNext = [&] {
-        const auto& [phase, variable] = entries[next++];
-        const auto known = phaseIds.find(phase->id);
-        int id = 0;
-        model.createVariable(known == phaseIds.end() ? phase->id : known->second, variable->uniqueName, id);
-        variableIds[variable->id] = id;
-        for (const auto& [name, value] : variable->attributes)
-            model.addAttributeOfVariable(id, name, value);
-    };
-    const bool hasZero = std::any_of(_phases.begin(), _phases.end(), [](const Phase& phase) { return phase.id == 0; });
-    const bool hasMixture =
-        std::any_of(entries.begin(), entries.end(), [](const Entry& entry) { return entry.phase->id == mixture; });
-    while (hasZero && hasMixture && !model.hasPhase(mixture))
-        createNext();
-    for (const Phase& phase : _phases) {
-        if (phase.id == mixture)
-            continue;
-        short id = 0;
-        model.createPhase(phase.uniqueName, id);
-        phaseIds[phase.id] = id;
-        for (const auto& [name, value] : phase.attributes)
-            model.addAttributeOfPhase(id, name, value);
-    }
-    while (next < entries.size())
-        createNext();
-    for (const Phase& phase : _phases)
-        if (phase.id == mixture)
-            for (const auto& [name, value] : phase.attributes)
-                model.addAttributeOfPhase(mixture, name, value);
-    return variableIds;
 }
 
 } // namespace meridyn::hdf5

@@ -1,16 +1,10 @@
 #pragma once
 
+#include "KelModelDescription.h"
 #include "TextStore.h"
 
-#include <functional>
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
-
-namespace meridyn {
-class KelSolutionModel;
-}
 
 namespace meridyn::hdf5 {
 
@@ -22,25 +16,18 @@ namespace meridyn::hdf5 {
 /// has kel_categories, the element kinds on whose zones it lives. A link is the dataset name where that is unique.
 class Catalogue {
 public:
-    struct Variable {
-        int id = 0;
-        std::string uniqueName;
+    struct Variable : KelVariableDescription {
         std::string link;
-        std::map<std::string, std::string> attributes;
-        std::set<int> categories;
     };
-    struct Phase {
-        short id = 0;
-        std::string uniqueName;
+    struct Phase : KelPhaseDescription {
         std::string link;
-        std::map<std::string, std::string> attributes;
         std::vector<Variable> variables;
 
         const Variable* find(const std::string& name) const; ///< by unique name, null for none
     };
 
-    /// What a model holds; `categories` gives the element kinds of a variable.
-    static Catalogue of(const KelSolutionModel& model, const std::function<std::set<int>(int)>& categories);
+    static Catalogue of(const KelSolutionDescription& solution);
+    KelSolutionDescription description() const;
 
     static Catalogue load(hid_t meshGroup);
     void store(hid_t meshGroup) const;
@@ -51,10 +38,6 @@ public:
     /// Takes over what another one has: new phases and variables are added, attributes added or replaced. Ids are kept
     /// unless they are taken.
     void merge(const Catalogue& other);
-
-    /// Makes an empty model equal to this: the ids too, unless the catalogue was put together from several.
-    /// @return id in the model by id in the file
-    std::map<int, int> restore(KelSolutionModel& model) const;
 
 private:
     Phase& phaseNamed(const std::string& name, const std::string& dataset, short id);

@@ -21,11 +21,7 @@ struct KelHdf5Consumer::Data {
     explicit Data(KelHdf5Consumer& consumer) : writer(consumer) {}
 
     /// What KelBase says about a mesh, taken when it is known to be complete.
-    struct MeshState {
-        std::vector<hdf5::ZoneRecord> zones;
-        unsigned64 sizes[5] = {};
-        std::string units;
-
+    struct MeshState : KelMeshDescription {
         hdf5::MeshDescription description() const;
     };
 

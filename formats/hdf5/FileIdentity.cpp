@@ -43,7 +43,7 @@ std::vector<MeshKey> meshKeys(hid_t root)
         return keys;
     const Handle meshes = openGroup(root, "meshes");
     for (const std::string& name : linkNames(meshes.get()))
-        if (MeshKey key; MeshKey::parse(name, key))
+        if (MeshKey key; parseMeshKey(name, key))
             keys.push_back(key);
     return keys;
 }

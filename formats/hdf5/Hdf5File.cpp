@@ -137,8 +137,7 @@ void Hdf5File::linkAll()
     for (const PendingLink& pending : _pendingLinks) {
         if (hasLink(pending.group.get(), pending.name))
             removeLink(pending.group.get(), pending.name);
-        checkedCall(H5Olink(pending.object.get(), pending.group.get(), pending.name.c_str(), H5P_DEFAULT, H5P_DEFAULT),
-                    pathOf(pending.group.get()) + "/" + pending.name);
+        linkNew(pending.object, pending.group.get(), pending.name);
     }
     _pendingLinks.clear();
 }
@@ -164,6 +163,12 @@ void Hdf5File::commit()
         Journal::remove(_path); // of the file that had the name before
     }
     _channel->close();
+}
+
+void linkNew(const Handle& object, hid_t group, const std::string& name)
+{
+    const QuietErrors quiet;
+    checkedCall(H5Olink(object.get(), group, name.c_str(), H5P_DEFAULT, H5P_DEFAULT), pathOf(group) + "/" + name);
 }
 
 Handle replaceGroup(Hdf5File& file, hid_t group, const std::string& name)
@@ -196,9 +201,9 @@ Handle openGroup(hid_t group, const std::string& name)
 Handle createGroup(hid_t group, const std::string& name)
 {
     const QuietErrors quiet;
-    const Handle properties = groupProperties();
-    return checkedId(H5Gcreate2(group, name.c_str(), H5P_DEFAULT, properties.get(), H5P_DEFAULT),
-                     pathOf(group) + "/" + name);
+    const std::string label = pathOf(group) + "/" + name;
+    linkNew(checkedId(H5Gcreate_anon(group, groupProperties().get(), H5P_DEFAULT), label), group, name);
+    return openGroup(group, name); // as an object that knows its path
 }
 
 Handle openOrCreateGroup(hid_t group, const std::string& name)

@@ -71,6 +71,11 @@ private:
 /// an external link leads to, in another file perhaps, is not there.
 /// @{
 bool hasLink(hid_t group, const std::string& name);
+
+/// Gives an object that was made without a name its link. Nothing is made with its name at once: where the group is
+/// damaged, HDF5 1.10 keeps what it made and cannot close the file any more.
+void linkNew(const Handle& object, hid_t group, const std::string& name);
+
 Handle openGroup(hid_t group, const std::string& name);
 Handle createGroup(hid_t group, const std::string& name); ///< keeps the order in which links and attributes are made
 Handle openOrCreateGroup(hid_t group, const std::string& name);

@@ -5,7 +5,6 @@
 #include "FileIdentity.h"
 #include "ZoneStore.h"
 
-#include <list>
 #include <unistd.h>
 
 namespace meridyn {
@@ -33,61 +32,6 @@ unsigned64 meshSize(const KelBase& base, int type)
     unsigned64 size = 0;
     base.getMeshSize(static_cast<KelMeshSizeType>(type), size);
     return size;
-}
-
-void takeInfos(const KelBase& base, ZoneRecord& zone)
-{
-    switch (zone.category) {
-    case KEL_NODE_ZONE:
-        base.getNodeZoneInfo(zone.id, KEL_NODE_ZONE_INFO_0, zone.infos[0]);
-        break;
-    case KEL_EDGE_ZONE:
-        for (int i = 0; i < 2; ++i)
-            base.getEdgeZoneInfo(zone.id, static_cast<KelEdgeZoneInfoType>(i), zone.infos[i]);
-        break;
-    case KEL_FACE_ZONE:
-        for (int i = 0; i < 6; ++i)
-            base.getFaceZoneInfo(zone.id, static_cast<KelFaceZoneInfoType>(i), zone.infos[i]);
-        base.getAllFaceZoneFlags(zone.id, zone.flags);
-        break;
-    default:
-        for (int i = 0; i < 2; ++i)
-            base.getCellZoneInfo(zone.id, static_cast<KelCellZoneInfoType>(i), zone.infos[i]);
-    }
-}
-
-void takeNeighbours(KelBase& base, ZoneRecord& zone)
-{
-    std::list<int> ids;
-    if (zone.category == KEL_FACE_ZONE) {
-        base.getFaceCellZone0Ids(zone.id, ids);
-        zone.neighbours[0].assign(ids.begin(), ids.end());
-        base.getFaceCellZone1Ids(zone.id, ids);
-        zone.neighbours[1].assign(ids.begin(), ids.end());
-    } else if (zone.category == KEL_CELL_ZONE) {
-        base.getCellFaceZoneIds(zone.id, ids);
-        zone.neighbours[0].assign(ids.begin(), ids.end());
-    }
-}
-
-std::vector<ZoneRecord> takeZones(KelBase& base)
-{
-    std::vector<ZoneRecord> zones;
-    for (int category = 0; category < categoryCount; ++category)
-        for (const ZoneRange& range : zoneRanges(base, static_cast<KelZoneCategory>(category))) {
-            ZoneRecord zone;
-            zone.category = category;
-            zone.id = range.id;
-            zone.first = range.first;
-            zone.last = range.last;
-            base.getZoneSizeInfo(range.id, KEL_ZONE_EXTRA_SIZE, zone.extra);
-            base.getZoneStringInfo(range.id, KEL_ZONE_STRING_0, zone.texts[0]);
-            base.getZoneStringInfo(range.id, KEL_ZONE_STRING_1, zone.texts[1]);
-            takeInfos(base, zone);
-            takeNeighbours(base, zone);
-            zones.push_back(std::move(zone));
-        }
-    return zones;
 }
 
 } // namespace
@@ -184,12 +128,7 @@ MeshDescription KelHdf5Consumer::Data::MeshState::description() const
 
 KelHdf5Consumer::Data::MeshState KelHdf5Consumer::Data::takeState() const
 {
-    MeshState state;
-    state.zones = takeZones(writer);
-    for (int i = KEL_MESH_DIMENSION; i <= KEL_MESH_SIZE_4; ++i)
-        state.sizes[i] = meshSize(writer, i);
-    writer.getMeshUnits(state.units);
-    return state;
+    return {writer.describeMesh()};
 }
 
 void KelHdf5Consumer::Data::followMesh(Session& target, KelDataClass dataClass)

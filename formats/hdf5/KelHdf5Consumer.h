@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KelFileConsumer.h"
+#include "KelFormatConsumer.h"
 
 #include <memory>
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace meridyn {
 
-/// Writes case and data files of the Kel family on HDF5: <name>.case.kel and <name>.data.kel, as docs/file-format.md
+/// Writes case and data files of the Kel family on HDF5: name.case.kel and name.data.kel, as docs/file-format.md
 /// describes them.
 ///
 /// What      everything that the frame carries, both data classes, in any order of calls, ranges and zones. The tracing
@@ -18,7 +18,7 @@ namespace meridyn {
 ///           never set counts as 1. Before going on to another mesh, call writeMeshSize: it stores the zones and sizes
 ///           as they are then. The zones of an element kind are fixed by its first values; a mesh-wide count that is
 ///           larger than the zones' adds the elements 1 to that count.
-/// Files     a new file is written as <name>.tmp and replaces what bears its name only when endWriting succeeds. With
+/// Files     a new file is written as name.tmp and replaces what bears its name only when endWriting succeeds. With
 ///           setAppendOn an existing file gets further meshes (a case) or time levels, meshes and variables (data):
 ///           what has the same place is replaced, everything else stays; until endWriting has succeeded the file reads
 ///           as before. A case that is appended to replaces the mesh of the same id, target and partition as a whole.
@@ -28,11 +28,11 @@ namespace meridyn {
 ///           After an error the remaining calls are ignored. Zones named by a start marker must get their values.
 /// Settings  of one key replace each other, also those of a file that is appended to, unless overriding was
 ///           switched off.
-///           A string attribute is a setting of the group "<section>/<group>" of the data class being written.
+///           A string attribute is a setting of the group "section/group" of the data class being written.
 /// Memory    below 64 MiB beyond the caller's arrays, whatever the size of the mesh, as long as calls hand over ranges;
 ///           single elements in scattered order cost some tens of bytes each.
 /// Threads   one thread at a time per object; compression uses a second thread within a call.
-class KEL_API KelHdf5Consumer : public KelFileConsumer {
+class KEL_API KelHdf5Consumer : public KelFormatConsumer {
 public:
     /// A writer for the application "Unknown"; setApplicationName names it.
     KelHdf5Consumer();
@@ -64,7 +64,6 @@ public:
 
     /// @name Nodes
     /// @{
-    void startWritingNodes(const std::vector<int>& zoneIds) override;
     void startWritingCoordinatesForNodes(const std::vector<int>& zoneIds) override;
     void setCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, const double* xyz, unsigned64 count) override;
     void setCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, const float* xyz, unsigned64 count) override;
@@ -72,48 +71,36 @@ public:
 
     /// @name Edges
     /// @{
-    void startWritingEdges(const std::vector<int>& zoneIds) override;
     void startWritingNodesForEdges(const std::vector<int>& zoneIds) override;
     void setUniformNodeCountForEdgesInRange(unsigned64 firstId, unsigned64 lastId, short nodeCount) override;
     void setNodeCountsForEdgesInRange(unsigned64 firstId, unsigned64 lastId, const short* nodeCounts, unsigned64 count) override;
     void setNodeIdsForEdgesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* nodeIds, unsigned64 count) override;
-    void endWritingNodeIdsForEdges() override;
     /// @}
 
     /// @name Faces
     /// @{
-    void startWritingFaces(const std::vector<int>& zoneIds) override;
     void startWritingNodesForFaces(const std::vector<int>& zoneIds) override;
     void setUniformNodeCountForFacesInRange(unsigned64 firstId, unsigned64 lastId, short nodeCount) override;
     void setNodeCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const short* nodeCounts, unsigned64 count) override;
     void setNodeIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* nodeIds, unsigned64 count) override;
-    void endWritingNodeIdsForFaces() override;
     void startWritingCell0sForFaces(const std::vector<int>& zoneIds) override;
     void setCell0sForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* cellIds, unsigned64 count) override;
-    void startWritingCell1sForFaces(const std::vector<int>& zoneIds) override;
     void setCell1sForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* cellIds, unsigned64 count) override;
     void startWritingShadowFaceIdsForFaces(const std::vector<int>& zoneIds) override;
     void setShadowFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* shadowFaceIds, unsigned64 count) override;
     void startWritingInterfaceDataForFaces(const std::vector<int>& zoneIds0, const std::vector<int>& zoneIds1) override;
     void setInterfaceDataForFacesInZone(int zoneId, const float* a, unsigned64 na, const float* b, unsigned64 nb, const unsigned64* ids0, unsigned64 count0, const unsigned64* ids1, unsigned64 count1) override;
     void setInterfaceDataForFacesInZone(int zoneId, const double* a, unsigned64 na, const double* b, unsigned64 nb, const unsigned64* ids0, unsigned64 count0, const unsigned64* ids1, unsigned64 count1) override;
-    void endWritingInterfaceDataForFaces() override;
-    void startWritingChildFacesForFaces(const std::vector<int>& zoneIds) override;
-    void startWritingChildFaceCountsForFaces() override;
     void setChildFaceCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const short* childCounts, unsigned64 count) override;
     void setUniformChildFaceCountForFacesInRange(unsigned64 firstId, unsigned64 lastId, short childCount) override;
-    void endWritingChildFaceCountsForFaces() override;
-    void startWritingChildFaceIdsForFaces() override;
     void setChildFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* childIds, unsigned64 count) override;
     /// @}
 
     /// @name Cells
     /// @{
-    void startWritingCells(const std::vector<int>& zoneIds) override;
     void startWritingTypesForCells(const std::vector<int>& zoneIds, const std::vector<KelCellType>& types) override;
     void setTypesForCellsInRange(unsigned64 firstId, unsigned64 lastId, const KelCellType* types, unsigned64 count) override;
     void startWritingNodesForCells(const std::vector<int>& zoneIds) override;
-    void startWritingNodeCountsForCells() override;
     void setNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const short* nodeCounts, unsigned64 count) override;
     void setUniformNodeCountForCellsInRange(unsigned64 firstId, unsigned64 lastId, short nodeCount) override;
     void setNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* nodeIds, unsigned64 count) override;
@@ -123,13 +110,8 @@ public:
     void setFaceIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* faceIds, unsigned64 count) override;
     void startWritingPartitionIdsForCells(const std::vector<int>& zoneIds, int partitionCount) override;
     void setPartitionIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const int* partitionIds, unsigned64 count) override;
-    void endWritingPartitionIdsForCells() override;
-    void startWritingChildCellsForCells(const std::vector<int>& zoneIds) override;
-    void startWritingChildCellCountsForCells() override;
     void setChildCellCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const short* childCounts, unsigned64 count) override;
     void setUniformChildCellCountForCellsInRange(unsigned64 firstId, unsigned64 lastId, short childCount) override;
-    void endWritingChildCellCountsForCells() override;
-    void startWritingChildCellIdsForCells() override;
     void setChildCellIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* childIds, unsigned64 count) override;
     /// @}
 

@@ -67,9 +67,6 @@ void KelHdf5Consumer::setLocalElemIdsInZone(int zoneId, const unsigned64* ids, u
     });
 }
 
-void KelHdf5Consumer::startWritingNodes(const std::vector<int>&)
-{}
-
 void KelHdf5Consumer::startWritingCoordinatesForNodes(const std::vector<int>& zoneIds)
 {
     KEL_ON_MESH("startWritingCoordinatesForNodes", mesh.announceCoordinates(zoneIds));
@@ -90,9 +87,6 @@ void KelHdf5Consumer::setCoordinatesForNodesInRange(unsigned64 firstId, unsigned
 }
 
 // ---- edges ----
-
-void KelHdf5Consumer::startWritingEdges(const std::vector<int>&)
-{}
 
 void KelHdf5Consumer::startWritingNodesForEdges(const std::vector<int>& zoneIds)
 {
@@ -117,13 +111,7 @@ void KelHdf5Consumer::setNodeIdsForEdgesInRange(unsigned64 firstId, unsigned64 l
     KEL_ON_MESH("setNodeIdsForEdgesInRange", mesh.setListIds(Lists::EdgeNodes, firstId, lastId, nodeIds, count));
 }
 
-void KelHdf5Consumer::endWritingNodeIdsForEdges()
-{}
-
 // ---- faces ----
-
-void KelHdf5Consumer::startWritingFaces(const std::vector<int>&)
-{}
 
 void KelHdf5Consumer::startWritingNodesForFaces(const std::vector<int>& zoneIds)
 {
@@ -148,9 +136,6 @@ void KelHdf5Consumer::setNodeIdsForFacesInRange(unsigned64 firstId, unsigned64 l
     KEL_ON_MESH("setNodeIdsForFacesInRange", mesh.setListIds(Lists::FaceNodes, firstId, lastId, nodeIds, count));
 }
 
-void KelHdf5Consumer::endWritingNodeIdsForFaces()
-{}
-
 void KelHdf5Consumer::startWritingCell0sForFaces(const std::vector<int>& zoneIds)
 {
     KEL_ON_MESH("startWritingCell0sForFaces", mesh.announce(Ids::Cell0, zoneIds));
@@ -161,9 +146,6 @@ void KelHdf5Consumer::setCell0sForFacesInRange(unsigned64 firstId, unsigned64 la
 {
     KEL_ON_MESH("setCell0sForFacesInRange", mesh.setIds(Ids::Cell0, firstId, lastId, cellIds, count));
 }
-
-void KelHdf5Consumer::startWritingCell1sForFaces(const std::vector<int>&)
-{} // boundary zones have none
 
 void KelHdf5Consumer::setCell1sForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* cellIds,
                                                unsigned64 count)
@@ -208,14 +190,6 @@ void KelHdf5Consumer::setInterfaceDataForFacesInZone(int zoneId, const double* a
                                                                  na, b, nb, ids0, count0, ids1, count1));
 }
 
-void KelHdf5Consumer::endWritingInterfaceDataForFaces()
-{}
-
-void KelHdf5Consumer::startWritingChildFacesForFaces(const std::vector<int>&)
-{} // only refined faces have some
-void KelHdf5Consumer::startWritingChildFaceCountsForFaces()
-{}
-
 void KelHdf5Consumer::setChildFaceCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const short* childCounts,
                                                         unsigned64 count)
 {
@@ -229,11 +203,6 @@ void KelHdf5Consumer::setUniformChildFaceCountForFacesInRange(unsigned64 firstId
                 mesh.setUniformCount(Lists::FaceChildren, firstId, lastId, childCount));
 }
 
-void KelHdf5Consumer::endWritingChildFaceCountsForFaces()
-{}
-void KelHdf5Consumer::startWritingChildFaceIdsForFaces()
-{}
-
 void KelHdf5Consumer::setChildFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* childIds,
                                                      unsigned64 count)
 {
@@ -242,9 +211,6 @@ void KelHdf5Consumer::setChildFaceIdsForFacesInRange(unsigned64 firstId, unsigne
 }
 
 // ---- cells ----
-
-void KelHdf5Consumer::startWritingCells(const std::vector<int>&)
-{}
 
 void KelHdf5Consumer::startWritingTypesForCells(const std::vector<int>& zoneIds, const std::vector<KelCellType>& types)
 {
@@ -273,9 +239,6 @@ void KelHdf5Consumer::startWritingNodesForCells(const std::vector<int>& zoneIds)
 {
     KEL_ON_MESH("startWritingNodesForCells", mesh.announce(Lists::CellNodes, zoneIds));
 }
-
-void KelHdf5Consumer::startWritingNodeCountsForCells()
-{}
 
 void KelHdf5Consumer::setNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const short* nodeCounts,
                                                    unsigned64 count)
@@ -333,14 +296,6 @@ void KelHdf5Consumer::setPartitionIdsForCellsInRange(unsigned64 firstId, unsigne
                 mesh.setInts(Ints::CellPartitions, firstId, lastId, partitionIds, count));
 }
 
-void KelHdf5Consumer::endWritingPartitionIdsForCells()
-{}
-
-void KelHdf5Consumer::startWritingChildCellsForCells(const std::vector<int>&)
-{} // only refined cells have some
-void KelHdf5Consumer::startWritingChildCellCountsForCells()
-{}
-
 void KelHdf5Consumer::setChildCellCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const short* childCounts,
                                                         unsigned64 count)
 {
@@ -353,11 +308,6 @@ void KelHdf5Consumer::setUniformChildCellCountForCellsInRange(unsigned64 firstId
     KEL_ON_MESH("setUniformChildCellCountForCellsInRange",
                 mesh.setUniformCount(Lists::CellChildren, firstId, lastId, childCount));
 }
-
-void KelHdf5Consumer::endWritingChildCellCountsForCells()
-{}
-void KelHdf5Consumer::startWritingChildCellIdsForCells()
-{}
 
 void KelHdf5Consumer::setChildCellIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* childIds,
                                                      unsigned64 count)

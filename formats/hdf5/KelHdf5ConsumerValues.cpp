@@ -179,15 +179,7 @@ const Catalogue::Variable& KelHdf5Consumer::Data::variable(short phaseId, int va
 
 void KelHdf5Consumer::Data::mergeCatalogue()
 {
-    std::map<int, std::set<int>> categories;
-    for (int category = 0; category < categoryCount; ++category) {
-        std::vector<int> variableIds;
-        writer.getVariablesOfCategory(static_cast<KelZoneCategory>(category), variableIds);
-        for (const int id : variableIds)
-            categories[id].insert(category);
-    }
-    solution->catalogue().merge(
-        Catalogue::of(*writer.solutionModel(), [&categories](int variableId) { return categories[variableId]; }));
+    solution->catalogue().merge(Catalogue::of(writer.describeSolution()));
 }
 
 Handle KelHdf5Consumer::Data::phaseGroup(short phaseId)

@@ -7,34 +7,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <list>
 
 namespace meridyn {
 
 using namespace hdf5;
 
 namespace {
-
-void setInfos(KelBase& base, const ZoneRecord& zone)
-{
-    switch (zone.category) {
-    case KEL_NODE_ZONE:
-        base.setNodeZoneInfo(zone.id, KEL_NODE_ZONE_INFO_0, zone.infos[0]);
-        break;
-    case KEL_EDGE_ZONE:
-        for (int i = 0; i < 2; ++i)
-            base.setEdgeZoneInfo(zone.id, static_cast<KelEdgeZoneInfoType>(i), zone.infos[i]);
-        break;
-    case KEL_FACE_ZONE:
-        for (int i = 0; i < 6; ++i)
-            base.setFaceZoneInfo(zone.id, static_cast<KelFaceZoneInfoType>(i), zone.infos[i]);
-        base.setAllFaceZoneFlags(zone.id, zone.flags);
-        break;
-    default:
-        for (int i = 0; i < 2; ++i)
-            base.setCellZoneInfo(zone.id, static_cast<KelCellZoneInfoType>(i), zone.infos[i]);
-    }
-}
 
 std::optional<int> levelOf(const std::string& name)
 {
@@ -107,7 +85,7 @@ void KelHdf5Provider::Data::open(Session& session, KelDataClass dataClass)
         reader.getMessageRegistrar()->registerMessage(
             KelWarning(session.path + ": has the newer format version " + version + "; what is new in it is not read",
                        "startReading"));
-    const auto key = findBestMesh(meshKeys(root), chosenMesh());
+    const auto key = findBestMesh(hdf5::meshKeys(root), chosenMesh());
     if (!key)
         throw FormatError("has no mesh with the id " + std::to_string(reader.getMeshId()));
     if (dataClass == KEL_CASE)
@@ -172,30 +150,7 @@ void KelHdf5Provider::Data::loadCase(Session& session, const MeshKey& key)
 
 void KelHdf5Provider::Data::applyZones(Session& session)
 {
-    const std::vector<ZoneRecord> zones = readZones(*session.file, session.mesh.get());
-    std::vector<int> ids[categoryCount];
-    for (const ZoneRecord& zone : zones)
-        ids[zone.category].push_back(zone.id);
-    for (int category = 0; category < categoryCount; ++category)
-        reader.setZoneIds(static_cast<KelZoneCategory>(category), ids[category]);
-    std::map<int, std::list<int>> beside[2];
-    std::map<int, std::list<int>> around;
-    for (const ZoneRecord& zone : zones) {
-        reader.setZoneSizeInfo(zone.id, KEL_ZONE_FIRST_ID, zone.first);
-        reader.setZoneSizeInfo(zone.id, KEL_ZONE_LAST_ID, zone.last);
-        reader.setZoneSizeInfo(zone.id, KEL_ZONE_EXTRA_SIZE, zone.extra);
-        reader.setZoneStringInfo(zone.id, KEL_ZONE_STRING_0, zone.texts[0]);
-        reader.setZoneStringInfo(zone.id, KEL_ZONE_STRING_1, zone.texts[1]);
-        setInfos(reader, zone);
-        for (int side = 0; side < 2; ++side)
-            if (zone.category == KEL_FACE_ZONE && !zone.neighbours[side].empty())
-                beside[side][zone.id].assign(zone.neighbours[side].begin(), zone.neighbours[side].end());
-        if (zone.category == KEL_CELL_ZONE && !zone.neighbours[0].empty())
-            around[zone.id].assign(zone.neighbours[0].begin(), zone.neighbours[0].end());
-    }
-    reader.setFaceCellZone0Ids(beside[0]);
-    reader.setFaceCellZone1Ids(beside[1]);
-    reader.setCellFaceZoneIds(around);
+    reader.declareZones(readZones(*session.file, session.mesh.get()));
 }
 
 void KelHdf5Provider::Data::loadSolution(Session& session, const MeshKey& key)
@@ -217,28 +172,9 @@ void KelHdf5Provider::Data::loadSolution(Session& session, const MeshKey& key)
             applyZones(session);
     }
     catalogue = std::move(loaded);
-    for (const int level : numbers)
-        reader.addTimeLevel(level);
-    reader.solutionModel()->clearModel();
-    reader.clearVariablesOfCategories();
-    const std::map<int, int> ids = catalogue.restore(*reader.solutionModel());
-    for (const Catalogue::Phase& phase : catalogue.phases())
-        for (const Catalogue::Variable& entry : phase.variables)
-            for (const int category : entry.categories)
-                reader.addVariableOfCategory(ids.at(entry.id), static_cast<KelZoneCategory>(category));
-    selectFirst(numbers);
-}
-
-void KelHdf5Provider::Data::selectFirst(const std::vector<int>& timeLevels)
-{
-    const std::vector<int>& known = reader.getTimeLevels();
-    if (!timeLevels.empty() && std::find(known.begin(), known.end(), reader.getTimeLevel()) == known.end())
-        reader.setTimeLevel(timeLevels.front());
-    short phaseId = 0;
-    std::vector<short> phaseIds;
-    reader.getPhaseIds(phaseIds);
-    if (!phaseIds.empty() && !reader.getActivePhase(phaseId))
-        reader.setActivePhase(phaseIds.front());
+    KelSolutionDescription solution = catalogue.description();
+    solution.timeLevels = numbers;
+    reader.declareSolution(solution);
 }
 
 bool KelHdf5Provider::updateData(KelDataClass dataClass)
@@ -246,7 +182,7 @@ bool KelHdf5Provider::updateData(KelDataClass dataClass)
     return _data->ask(dataClass, "updateData", false, [&](Data::Session& session) {
         const MeshKey wanted = _data->chosenMesh();
         _data->forget(dataClass);
-        const auto key = findMesh(meshKeys(session.file->id()), wanted);
+        const auto key = findMesh(hdf5::meshKeys(session.file->id()), wanted);
         if (!key)
             throw FormatError("has no mesh " + std::to_string(wanted.meshId) + " with target " +
                               std::to_string(wanted.target) + " and partition " + std::to_string(wanted.partitionId));
@@ -315,11 +251,6 @@ void KelHdf5Provider::getLog(KelDataClass dataClass, std::vector<std::pair<std::
                          [](Data::Session& session) { return readLog(*session.file, session.file->id()); });
 }
 
-void KelHdf5Provider::getSettingsKeys(KelDataClass dataClass, std::vector<std::string>& keys) const
-{
-    getSettingsKeysOfGroup(dataClass, _defaultSettingsPath, keys);
-}
-
 void KelHdf5Provider::getSettingsKeysOfGroup(KelDataClass dataClass, const std::string& group,
                                              std::vector<std::string>& keys) const
 {
@@ -344,41 +275,10 @@ void KelHdf5Provider::getSettingString(KelDataClass dataClass, const std::string
 
 // ---- meshes of the file ----
 
-std::vector<int> KelHdf5Provider::availableMeshIds(KelDataClass dataClass) const
+std::vector<KelMeshKey> KelHdf5Provider::meshKeys(KelDataClass dataClass) const
 {
-    return _data->ask(dataClass, "availableMeshIds", std::vector<int>(), [](Data::Session& session) {
-        std::vector<int> ids;
-        for (const MeshKey& key : meshKeys(session.file->id()))
-            if (std::find(ids.begin(), ids.end(), key.meshId) == ids.end())
-                ids.push_back(key.meshId);
-        return ids;
-    });
-}
-
-std::vector<KelTargetCategory> KelHdf5Provider::availableTargets(int meshId, KelDataClass dataClass) const
-{
-    return _data->ask(dataClass, "availableTargets", std::vector<KelTargetCategory>(), [&](Data::Session& session) {
-        std::vector<KelTargetCategory> targets;
-        for (const MeshKey& key : meshKeys(session.file->id())) {
-            const auto target = static_cast<KelTargetCategory>(key.target);
-            if (key.meshId == (meshId == -1 ? getMeshId() : meshId) &&
-                std::find(targets.begin(), targets.end(), target) == targets.end())
-                targets.push_back(target);
-        }
-        return targets;
-    });
-}
-
-std::vector<int> KelHdf5Provider::availablePartitionIds(int meshId, KelDataClass dataClass) const
-{
-    return _data->ask(dataClass, "availablePartitionIds", std::vector<int>(), [&](Data::Session& session) {
-        std::vector<int> ids;
-        for (const MeshKey& key : meshKeys(session.file->id()))
-            if (key.meshId == (meshId == -1 ? getMeshId() : meshId) && key.partitionId >= 0 &&
-                std::find(ids.begin(), ids.end(), key.partitionId) == ids.end())
-                ids.push_back(key.partitionId);
-        return ids;
-    });
+    return _data->ask(dataClass, "meshKeys", std::vector<KelMeshKey>(),
+                      [](Data::Session& session) { return hdf5::meshKeys(session.file->id()); });
 }
 
 } // namespace meridyn

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KelFileProvider.h"
+#include "KelFormatProvider.h"
 
 #include <memory>
 #include <string>
@@ -12,29 +12,26 @@ namespace meridyn {
 /// Reads case and data files of the Kel family on HDF5, see KelHdf5Consumer and docs/file-format.md.
 ///
 /// Opening   fills KelBase: from a case mesh context, sizes, units, zones with their properties and neighbours; from
-/// data
-///           time levels, phases, variables with their attributes and categories, and the zones when none are known
-///           yet. Arrays are opened when they are first asked for, and a range reads that range only.
+///           data time levels, phases, variables with their attributes and categories, and the zones when none are
+///           known yet. Arrays are opened when they are first asked for, and a range reads that range only.
 /// Mesh      the mesh of the file that fits the context that was chosen before, else the first one; the context then
-/// names
-///           it. Choosing another mesh id, target or partition later loads that one, or gives false and a KelError.
+///           names it. Choosing another mesh id, target or partition later loads that one, or gives false and a
+///           KelError.
 /// Level     opening data selects the first time level and the first phase where none is selected. Values without a
-/// time
-///           level are read while none is selected.
+///           time level are read while none is selected.
 /// Solver    the solver type is that of the common settings, when they name one.
 /// Version   isSupported decides: files of a newer major version are refused, of a newer minor version read with a
 ///           KelWarning; all older ones are read.
 /// Absent    what the file does not have gives 0, false, -1 or an empty list silently; so does a range in which an
-/// element
-///           has no values, but for cell 1, which is 0 there. Where the room in a buffer ends, the whole elements that
-///           fit are given.
+///           element has no values, but for cell 1, which is 0 there. Where the room in a buffer ends, the whole
+///           elements that fit are given.
 /// Faults    everything else that goes wrong (a damaged file, an element that is not in the mesh) is posted as a
-/// KelError that
-///           names the file; the operation then gives what it gives for an absent array.
+///           KelError that names the file; the operation then gives what it gives for an absent array.
 /// Settings  getSettingsKeys lists the group "settings".
 /// Threads   one thread at a time per object.
-class KEL_API KelHdf5Provider : public KelFileProvider {
+class KEL_API KelHdf5Provider : public KelFormatProvider {
 public:
+    /// Nothing is open.
     KelHdf5Provider();
     ~KelHdf5Provider() override;
 
@@ -45,18 +42,10 @@ public:
     /// @{
     bool isReadingData() const override;
     void getLog(KelDataClass dataClass, std::vector<std::pair<std::string, std::string>>& entries) const override;
-    void getSettingsKeys(KelDataClass dataClass, std::vector<std::string>& keys) const override;
     void getSettingsKeysOfGroup(KelDataClass dataClass, const std::string& group, std::vector<std::string>& keys) const override;
     void getSettingsGroups(KelDataClass dataClass, std::vector<std::string>& groups) const override;
     void getSettingString(KelDataClass dataClass, const std::string& key, std::string& text, const std::string& group) const override;
     void setSkipReadZoneTopology(bool on) override;
-    /// @}
-
-    /// @name Meshes of the file
-    /// @{
-    std::vector<int> availableMeshIds(KelDataClass dataClass) const override;
-    std::vector<KelTargetCategory> availableTargets(int meshId, KelDataClass dataClass) const override;
-    std::vector<int> availablePartitionIds(int meshId, KelDataClass dataClass) const override;
     /// @}
 
     /// @name Nodes and edges
@@ -93,7 +82,6 @@ public:
     unsigned64 getNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
     unsigned64 getNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
     bool hasUniformFaceCountForCellsInZone(int zoneId, short* faceCount) const override;
-    short getFaceCountForCell(unsigned64 cellId) const override;
     unsigned64 getFaceCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* faceCounts, unsigned64 capacity) const override;
     unsigned64 getFaceIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* faceIds, unsigned64 capacity) const override;
     unsigned64 getPartitionIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, int* partitionIds, unsigned64 capacity) const override;
@@ -113,32 +101,25 @@ public:
 
     /// @name Values of variables
     /// @{
+    using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
     unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds) override;
-    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId, std::vector<int>& zoneIds) override;
     unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, float* values, unsigned64 capacity) const override;
     unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, double* values, unsigned64 capacity) const override;
     /// @}
 
     /// @name Particles
     /// @{
-    bool hasParticles() const override;
+    using KelFormatProvider::hasParticles;
     bool hasParticles(const std::string& phaseName) const override;
-    bool hasParticles(short phaseId) const override;
-    bool startReadingParticles() override;
-    bool startReadingParticles(const std::string& phaseName) override;
-    bool startReadingParticles(short phaseId) override;
-    void getInjectionNames(std::vector<std::string>& names) const override;
     void getVariablesOfInjection(const std::string& injection, std::vector<std::string>& names) const override;
     /// @}
 
     /// @name Particle tracks
     /// @{
-    bool hasParticleTracks() const override;
+    using KelFormatProvider::hasParticleTracks;
+    using KelFormatProvider::getValuesOfParticleTrackVariable;
     bool hasParticleTracks(const std::string& phaseName) const override;
-    bool hasParticleTracks(short phaseId) const override;
     bool hasParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) const override;
-    bool hasParticleTracksInActivePhase() const override;
-    std::vector<short> getPhasesWithParticleTracks(int meshId, KelTargetCategory target, int partitionId) const override;
     void startReadingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) override;
     void getParticleTrackGroups(std::vector<std::string>& groups) const override;
     void startReadingParticleTrackGroup(const std::string& group) override;
@@ -148,16 +129,6 @@ public:
     void getParticleTrackVariables(std::vector<std::string>& names) const override;
     KelPlainDataType getDataTypeOfParticleTrackVariable(const std::string& variableName) const override;
     unsigned64 getValueCountOfParticleTrackVariable(const std::string& variableName) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, unsigned char* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, char* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, short* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, unsigned int* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, int* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, long* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, unsigned64* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, signed64* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, float* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, double* values, unsigned64 capacity) const override;
     unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, unsigned char* values, unsigned64 capacity) const override;
     unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, char* values, unsigned64 capacity) const override;
     unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, short* values, unsigned64 capacity) const override;
@@ -175,7 +146,7 @@ public:
 
     /// @name Sets
     /// @{
-    bool getSetNames(std::vector<std::string>& names) const override;
+    using KelFormatProvider::getSetNames;
     bool getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const override;
     bool getSetNames(KelZoneCategory category, std::vector<std::string>& names) const override;
     bool startReadingSet(const std::string& name) override;
@@ -288,6 +259,7 @@ protected:
     bool closeData(KelDataClass dataClass) override;
     bool updateData(KelDataClass dataClass) override;
     void initLocationModel() const override;
+    std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const override;
     /// @}
 
 private:

@@ -260,12 +260,6 @@ bool KelHdf5Provider::hasUniformFaceCountForCellsInZone(int zoneId, short* faceC
     });
 }
 
-short KelHdf5Provider::getFaceCountForCell(unsigned64 cellId) const
-{
-    short count = 0;
-    return getFaceCountsForCellsInRange(cellId, cellId, &count, 1) == 1 ? count : static_cast<short>(0);
-}
-
 unsigned64 KelHdf5Provider::getFaceCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* faceCounts,
                                                          unsigned64 capacity) const
 {

@@ -78,15 +78,6 @@ hdf5::Handle KelHdf5Provider::Data::setsGroup(KelDataClass dataClass) const
     return level ? findGroup(level.get(), {"sets"}) : Handle();
 }
 
-bool KelHdf5Provider::getSetNames(std::vector<std::string>& names) const
-{
-    std::vector<std::string> ofData;
-    const bool hasCase = getSetNames(KEL_CASE, names);
-    const bool hasData = getSetNames(KEL_DATA, ofData);
-    names.insert(names.end(), ofData.begin(), ofData.end());
-    return hasCase || hasData;
-}
-
 bool KelHdf5Provider::getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const
 {
     names.clear();

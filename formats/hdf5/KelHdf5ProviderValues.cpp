@@ -155,19 +155,6 @@ unsigned64 KelHdf5Provider::startReadingZonesOfCategoryWithPhaseVariable(KelZone
                       });
 }
 
-unsigned64 KelHdf5Provider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId,
-                                                                         std::vector<int>& zoneIds)
-{
-    zoneIds.clear();
-    _data->values.reset();
-    short phaseId = 0;
-    std::string name;
-    if (!getActivePhase(phaseId) || !solutionModel()->hasVariable(phaseId, variableId) ||
-        !solutionModel()->getUniqueNameOfVariable(variableId, name))
-        return 0;
-    return startReadingZonesOfCategoryWithPhaseVariable(category, name, zoneIds);
-}
-
 unsigned64 KelHdf5Provider::getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
                                                                        float* values, unsigned64 capacity) const
 {
@@ -188,46 +175,12 @@ unsigned64 KelHdf5Provider::getValuesOfPhaseVariableForElementsInRange(unsigned6
 
 // ---- particles: the set data of a phase ----
 
-bool KelHdf5Provider::hasParticles() const
-{
-    return _data->ask(KEL_DATA, "hasParticles", false, [&](Data::Session&) {
-        const Handle group = _data->groupInPhase(_data->activePhase(), "set_data");
-        return group && !linkNames(group.get()).empty();
-    });
-}
-
 bool KelHdf5Provider::hasParticles(const std::string& phaseName) const
 {
     return _data->ask(KEL_DATA, "hasParticles", false, [&](Data::Session&) {
         const Handle group = _data->groupInPhase(phaseName, "set_data");
         return group && !linkNames(group.get()).empty();
     });
-}
-
-bool KelHdf5Provider::hasParticles(short phaseId) const
-{
-    std::string name;
-    return getPhaseName(phaseId, name) && hasParticles(name);
-}
-
-bool KelHdf5Provider::startReadingParticles()
-{
-    return hasParticles();
-}
-
-bool KelHdf5Provider::startReadingParticles(const std::string& phaseName)
-{
-    return setActivePhase(phaseName) && startReadingParticles();
-}
-
-bool KelHdf5Provider::startReadingParticles(short phaseId)
-{
-    return setActivePhase(phaseId) && startReadingParticles();
-}
-
-void KelHdf5Provider::getInjectionNames(std::vector<std::string>& names) const
-{
-    getSetDataNames(names);
 }
 
 void KelHdf5Provider::getVariablesOfInjection(const std::string& injection, std::vector<std::string>& names) const
@@ -260,23 +213,10 @@ std::string trackKey(int meshId, int target, int partitionId)
 
 } // namespace
 
-bool KelHdf5Provider::hasParticleTracks() const
-{
-    std::vector<short> phaseIds;
-    getPhaseIds(phaseIds);
-    return std::any_of(phaseIds.begin(), phaseIds.end(), [this](short id) { return hasParticleTracks(id); });
-}
-
 bool KelHdf5Provider::hasParticleTracks(const std::string& phaseName) const
 {
     return _data->ask(KEL_DATA, "hasParticleTracks", false,
                       [&](Data::Session&) { return hasTracks(_data->groupInPhase(phaseName, "tracks")); });
-}
-
-bool KelHdf5Provider::hasParticleTracks(short phaseId) const
-{
-    std::string name;
-    return getPhaseName(phaseId, name) && hasParticleTracks(name);
 }
 
 bool KelHdf5Provider::hasParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) const
@@ -288,20 +228,6 @@ bool KelHdf5Provider::hasParticleTracks(short phaseId, int meshId, KelTargetCate
         const Handle group = _data->groupInPhase(name, "tracks");
         return group && hasLink(group.get(), trackKey(meshId, target, partitionId));
     });
-}
-
-bool KelHdf5Provider::hasParticleTracksInActivePhase() const
-{
-    return hasParticleTracks(_data->activePhase());
-}
-
-std::vector<short> KelHdf5Provider::getPhasesWithParticleTracks(int meshId, KelTargetCategory target,
-                                                                int partitionId) const
-{
-    std::vector<short> phaseIds;
-    getPhaseIds(phaseIds);
-    std::erase_if(phaseIds, [&](short id) { return !hasParticleTracks(id, meshId, target, partitionId); });
-    return phaseIds;
 }
 
 void KelHdf5Provider::startReadingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId)
@@ -418,13 +344,6 @@ unsigned64 KelHdf5Provider::getValueCountOfParticleTrackVariable(const std::stri
             array->read(0, n, values);                                                                                 \
             return n;                                                                                                  \
         });                                                                                                            \
-    }                                                                                                                  \
-    unsigned64 KelHdf5Provider::getValuesOfParticleTrackVariable(int variableId, T* values, unsigned64 capacity) const \
-    {                                                                                                                  \
-        std::string name;                                                                                              \
-        if (!solutionModel()->getUniqueNameOfVariable(variableId, name))                                               \
-            return 0;                                                                                                  \
-        return getValuesOfParticleTrackVariable(name, values, capacity);                                               \
     }
 KEL_DEFINE(unsigned char)
 KEL_DEFINE(char)

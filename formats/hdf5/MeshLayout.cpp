@@ -61,13 +61,7 @@ const char* groupNameOf(KelZoneCategory category)
     return isCategory(category) ? names[category] : "other";
 }
 
-std::string MeshKey::groupName() const
-{
-    return "mesh_" + std::to_string(meshId) + "_target_" + std::to_string(target) + "_partition_" +
-           std::to_string(partitionId);
-}
-
-bool MeshKey::parse(const std::string& groupName, MeshKey& key)
+bool parseMeshKey(const std::string& groupName, MeshKey& key)
 {
     std::size_t at = 0;
     return takeNumber(groupName, at, "mesh_", key.meshId) && takeNumber(groupName, at, "_target_", key.target) &&

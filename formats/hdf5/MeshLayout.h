@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KelMeshKey.h"
 #include "KelTypes.h"
 
 #include <string>
@@ -50,25 +51,8 @@ bool isCategory(int category);
 /// "nodes", "edges", "faces", "cells".
 const char* groupNameOf(KelZoneCategory category);
 
-/// Which mesh a group of a file describes. A writer whose mesh id was never set writes mesh 1; only meshes for
-/// partitioned post-processing have a partition.
-struct MeshKey {
-    int meshId = -1;
-    int target = 0;
-    int partitionId = -1;
-
-    static MeshKey ofContext(int meshId, KelTargetCategory target, int partitionId)
-    {
-        return {meshId < 1 ? 1 : meshId, target, target == KEL_PARTITIONED_POST ? partitionId : -1};
-    }
-
-    std::string groupName() const; ///< "mesh_4_target_2_partition_3"
-    static bool parse(const std::string& groupName, MeshKey& key);
-
-    friend bool operator==(const MeshKey& a, const MeshKey& b)
-    {
-        return a.meshId == b.meshId && a.target == b.target && a.partitionId == b.partitionId;
-    }
-};
+/// Which mesh a group of a file describes.
+using MeshKey = KelMeshKey;
+bool parseMeshKey(const std::string& groupName, MeshKey& key);
 
 } // namespace meridyn::hdf5

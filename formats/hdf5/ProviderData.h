@@ -62,7 +62,6 @@ struct KelHdf5Provider::Data {
     void open(Session& session, KelDataClass dataClass);
     void loadCase(Session& session, const hdf5::MeshKey& key);
     void loadSolution(Session& session, const hdf5::MeshKey& key);
-    void selectFirst(const std::vector<int>& timeLevels);
     void loadLocations() const;
     void applyZones(Session& session);
     void adopt(const hdf5::MeshKey& key);

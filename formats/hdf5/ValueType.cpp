@@ -1,11 +1,10 @@
 #include "ValueType.h"
 
 #include "FormatError.h"
+#include "KelValueTypes.h"
 
 #include <bit>
-#include <cmath>
 #include <cstring>
-#include <limits>
 #include <string>
 
 namespace meridyn::hdf5 {
@@ -15,28 +14,12 @@ static_assert(std::endian::native == std::endian::little, "arrays go to the file
 namespace {
 
 template <class From, class To>
-To convertValue(From value)
-{
-    if constexpr (std::is_floating_point_v<From> && std::is_integral_v<To>) {
-        if (std::isnan(value))
-            return 0;
-        // 2^digits and not the largest value, which may not be exact as a floating-point number
-        const From limit = std::ldexp(static_cast<From>(1), std::numeric_limits<To>::digits);
-        if (value >= limit)
-            return std::numeric_limits<To>::max();
-        if (value <= static_cast<From>(std::numeric_limits<To>::min()))
-            return std::numeric_limits<To>::min();
-    }
-    return static_cast<To>(value);
-}
-
-template <class From, class To>
 void convertValues(const void* from, void* to, std::size_t count)
 {
     const auto* in = static_cast<const From*>(from);
     auto* out = static_cast<To*>(to);
     for (std::size_t i = 0; i < count; ++i)
-        out[i] = convertValue<From, To>(in[i]);
+        out[i] = convertedValue<To>(in[i]);
 }
 
 template <class From>

@@ -1,22 +1,24 @@
 #include "KelMemoryConsumer.h"
 
+#include "KelLocationModel.h"
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
-
-#include <algorithm>
+#include "PlainDataTypes.h"
 
 namespace meridyn {
 
 KelMemoryConsumer::KelMemoryConsumer() = default;
 KelMemoryConsumer::~KelMemoryConsumer() = default;
 
-// ---- open and close ----------------------------------------------------------------------------------------------
+// ---- run
 
-bool KelMemoryConsumer::openData(KelDataClass dataClass, const std::string& fileName)
+bool KelMemoryConsumer::openData(KelDataClass dataClass, const Text& fileName)
 {
     if (dataClass != KEL_CASE && dataClass != KEL_DATA)
-        return report(false, "a file of an unknown data class");
+        return fail("a file of an unknown data class");
+    if (isOpen(dataClass)) // and begins anew
+        forgetOpenParts();
     const KelMemoryStore::File old = _append ? KelMemoryStore::find(fileName, dataClass) : nullptr;
     _files[dataClass] = old ? std::make_shared<KelMemoryFile>(*old) : std::make_shared<KelMemoryFile>();
     _current = dataClass;
@@ -25,306 +27,137 @@ bool KelMemoryConsumer::openData(KelDataClass dataClass, const std::string& file
 
 bool KelMemoryConsumer::closeData(KelDataClass dataClass)
 {
-    if (!file(dataClass))
-        return report(false, "the end of a file");
-    endWritingCaseSectionDataForCategory();
-    endWritingPhaseVariableInZonesOfCategory();
-    endWritingSet();
-    endWritingParticleTracks();
+    if (!isOpen(dataClass))
+        return fail("the end of a file that was not started");
+    forgetOpenParts();
     KelMemoryStore::publish(getFile(dataClass), dataClass, std::move(_files[dataClass]));
-    _files[dataClass] = nullptr;
     _current = _files[KEL_DATA] ? KEL_DATA : KEL_CASE;
     return true;
 }
 
-bool KelMemoryConsumer::report(bool done, const char* what, Id first, Id last) const
+bool KelMemoryConsumer::fail(const Text& what) const
 {
-    if (!done) {
-        std::string text = getFile(_current) + ": " + what;
-        if (last != 0)
-            text += ", " + std::to_string(first) + " to " + std::to_string(last);
-        getMessageRegistrar()->registerMessage(
-            KelError(text + ": not started, or not the right number of values", "KelMemoryConsumer"));
-    }
-    return done;
+    getMessageRegistrar()->registerMessage(KelError(getFile(_current) + ": " + what, "KelMemoryConsumer"));
+    return false;
 }
 
-KelMemoryModel* KelMemoryConsumer::model(KelDataClass dataClass) const
+void KelMemoryConsumer::writeSettingStrings(const Pairs& pairs, KelDataClass dataClass, const Text& group) const
 {
-    const int partition = getTarget() == KEL_PARTITIONED_POST ? getPartitionId() : -1;
-    KelMemoryFile* open = file(dataClass);
-    return open ? &open->models[{std::max(getMeshId(), 1), getTarget(), partition}] : nullptr;
-}
-
-KelMemoryLevel* KelMemoryConsumer::level(KelDataClass dataClass) const
-{
-    KelMemoryModel* open = model(dataClass);
-    return open ? &open->levels[dataClass == KEL_DATA ? getTimeLevel() : 0] : nullptr;
-}
-
-// ---- what KelBase knows ------------------------------------------------------------------------------------------
-
-/// Number n of a zone, in the order of its category's KelXZoneInfoType.
-static int zoneNumber(const KelBase& base, KelZoneCategory category, int zoneId, int number)
-{
-    int value = -1;
-    switch (category) {
-    case KEL_NODE_ZONE:
-        base.getNodeZoneInfo(zoneId, KelNodeZoneInfoType(number), value);
-        break;
-    case KEL_EDGE_ZONE:
-        base.getEdgeZoneInfo(zoneId, KelEdgeZoneInfoType(number), value);
-        break;
-    case KEL_FACE_ZONE:
-        base.getFaceZoneInfo(zoneId, KelFaceZoneInfoType(number), value);
-        break;
-    case KEL_CELL_ZONE:
-        base.getCellZoneInfo(zoneId, KelCellZoneInfoType(number), value);
-        break;
-    }
-    return value;
-}
-
-/// How many there are, by category.
-static constexpr int numbersOfZone[] = {1, 2, 6, 2};
-
-void KelMemoryConsumer::writeMeshAttributes() const
-{
-    // The adjacency of zones is worked out when it is first asked for, hence its getters are not const.
-    if (KelMemoryModel* mesh = model(KEL_CASE))
-        describeMesh(const_cast<KelMemoryConsumer&>(*this), *mesh);
-    if (KelMemoryModel* solution = model(KEL_DATA))
-        describeSolution(*solution);
-}
-
-void KelMemoryConsumer::describeMesh(KelBase& base, KelMemoryModel& mesh) const
-{
-    for (int type = KEL_MESH_DIMENSION; type <= KEL_MESH_SIZE_4; ++type)
-        base.getMeshSize(KelMeshSizeType(type), mesh.sizes[type]);
-    base.getMeshUnits(mesh.units);
-    mesh.locations = _locations;
-    mesh.zones.clear();
-    for (const KelZoneCategory category : {KEL_NODE_ZONE, KEL_EDGE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE}) {
-        std::vector<int> ids;
-        base.getZoneIds(category, ids);
-        for (const int id : ids) {
-            KelMemoryZone& zone = mesh.zones.emplace_back();
-            zone.id = id;
-            zone.category = category;
-            base.getZoneSizeInfo(id, KEL_ZONE_FIRST_ID, zone.sizes[0]);
-            base.getZoneSizeInfo(id, KEL_ZONE_LAST_ID, zone.sizes[1]);
-            base.getZoneSizeInfo(id, KEL_ZONE_EXTRA_SIZE, zone.sizes[2]);
-            base.getZoneStringInfo(id, KEL_ZONE_STRING_0, zone.texts[0]);
-            base.getZoneStringInfo(id, KEL_ZONE_STRING_1, zone.texts[1]);
-            for (int number = 0; number < numbersOfZone[category]; ++number)
-                zone.numbers.push_back(zoneNumber(base, category, id, number));
-            if (category == KEL_FACE_ZONE) {
-                base.getAllFaceZoneFlags(id, zone.flags);
-                base.getFaceCellZone0Ids(id, zone.side0);
-                base.getFaceCellZone1Ids(id, zone.side1);
-            } else if (category == KEL_CELL_ZONE)
-                base.getCellFaceZoneIds(id, zone.around);
-        }
-    }
-}
-
-void KelMemoryConsumer::describeSolution(KelMemoryModel& solution) const
-{
-    const KelSolutionModel& known = *solutionModel();
-    for (const int level : getTimeLevels())
-        if (std::count(solution.timeLevels.begin(), solution.timeLevels.end(), level) == 0)
-            solution.timeLevels.push_back(level);
-    solution.phases.clear();
-    solution.variables.clear();
-
-    std::vector<short> phaseIds;
-    std::vector<std::string> names;
-    known.getPhases(phaseIds);
-    for (const short phaseId : phaseIds) {
-        KelMemoryPhase& phase = solution.phases.emplace_back(KelMemoryPhase{phaseId, getPhaseName(phaseId), {}});
-        known.getAttributeNamesOfPhase(phaseId, names);
-        names.emplace_back("Dataset Name");
-        for (const std::string& name : names)
-            known.getAttributeOfPhase(phaseId, name, phase.attributes[name]);
-
-        std::vector<int> variableIds;
-        known.getVariables(phaseId, variableIds);
-        for (const int variableId : variableIds) {
-            KelMemoryVariable& variable = solution.variables.emplace_back();
-            variable.id = variableId;
-            variable.phaseId = phaseId;
-            known.getUniqueNameOfVariable(variableId, variable.name);
-            known.getAttributeNamesOfVariable(variableId, names);
-            names.emplace_back("Dataset Name");
-            for (const std::string& name : names)
-                known.getAttributeOfVariable(variableId, name, variable.attributes[name]);
-            for (const KelZoneCategory category : {KEL_NODE_ZONE, KEL_EDGE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE}) {
-                std::vector<int> ids;
-                getVariablesOfCategory(category, ids);
-                if (std::binary_search(ids.begin(), ids.end(), variableId))
-                    variable.categories.push_back(category);
-            }
-        }
-    }
-}
-
-// ---- run ---------------------------------------------------------------------------------------------------------
-
-void KelMemoryConsumer::log(std::vector<std::pair<Text, Text>> entries, KelDataClass dataClass)
-{
-    if (report(file(dataClass), "the log"))
-        file(dataClass)->log.insert(file(dataClass)->log.end(), entries.begin(), entries.end());
-}
-
-int KelMemoryConsumer::getLastLogIndex(KelDataClass dataClass) const
-{
-    return file(dataClass) ? static_cast<int>(file(dataClass)->log.size()) - 1 : -1;
-}
-
-void KelMemoryConsumer::writeSettingStrings(const std::vector<std::pair<Text, Text>>& pairs, KelDataClass dataClass,
-                                            const Text& group) const
-{
-    if (!_writeSettings || !report(file(dataClass), "settings"))
+    if (!_writeSettings || !started(dataClass))
         return;
-    KelMemoryList<std::string>& settings = file(dataClass)->settings[group];
+    Node& settings = _files[dataClass]->settings[group];
     for (const auto& [key, text] : pairs)
-        if (_overrideSettings || !settings.find(key))
-            settings[key] = text;
+        if (_overrideSettings || !std::as_const(settings)[key])
+            settings[key].text = text;
 }
 
 bool KelMemoryConsumer::addStringAttribute(const Text& section, const Text& group, const Text& name,
                                            const Text& value) const
 {
-    if (!report(file(_current), "a text attribute"))
-        return false;
-    file(_current)->settings[section + "/" + group][name] = value;
-    return true;
+    if (started(_current))
+        _files[_current]->settings[section + "/" + group][name].text = value;
+    return isOpen(_current);
 }
 
-// ---- mesh --------------------------------------------------------------------------------------------------------
-
-KelMemoryArray* KelMemoryConsumer::array(const char* name)
+void KelMemoryConsumer::writeMeshAttributes() const
 {
-    KelMemoryModel* mesh = model(KEL_CASE);
-    return mesh ? &mesh->arrays[name] : nullptr;
-}
-
-void KelMemoryConsumer::keep(const char* name, Id first, Id last, KelMemoryValues values)
-{
-    KelMemoryArray* to = array(name);
-    report(to && to->put(first, last, std::move(values), 1), name, first, last);
-}
-
-void KelMemoryConsumer::keepUniform(const char* name, Id first, Id last, short count)
-{
-    KelMemoryArray* to = array(name);
-    report(to && count >= 0 && to->putUniform(first, last, copyOfValues(&count, 1)), name, first, last);
-}
-
-void KelMemoryConsumer::keepRagged(const char* name, const char* counts, Id first, Id last, const Id* ids, Id count)
-{
-    KelMemoryArray* to = array(name);
-    report(to && to->putRagged(first, last, copyOfValues(ids, count), *array(counts)), name, first, last);
-}
-
-KelMemoryValues KelMemoryConsumer::inPrecision(KelMemoryValues values) const
-{
-    if (getDataPrecision() == KEL_PRECISION_SINGLE)
-        if (const auto* doubles = std::get_if<std::vector<double>>(&values))
-            return std::vector<float>(doubles->begin(), doubles->end());
-    if (getDataPrecision() == KEL_PRECISION_DOUBLE)
-        if (const auto* floats = std::get_if<std::vector<float>>(&values))
-            return std::vector<double>(floats->begin(), floats->end());
-    return values;
-}
-
-void KelMemoryConsumer::keepCoordinates(Id first, Id last, KelMemoryValues xyz)
-{
-    unsigned64 dimension = 0;
-    getMeshSize(KEL_MESH_DIMENSION, dimension);
-    KelMemoryArray* to = array("coordinates");
-    report(to && to->put(first, last, inPrecision(std::move(xyz)), dimension), "coordinates", first, last);
-}
-
-void KelMemoryConsumer::setLocalElemIdsInZone(int zoneId, const Id* ids, Id count)
-{
-    KelMemoryModel* mesh = model(KEL_CASE);
-    if (report(mesh && ids, "local ids"))
-        mesh->localIds[zoneId].assign(ids, ids + count);
-}
-
-void KelMemoryConsumer::startWritingInterfaceDataForFaces(const std::vector<int>& zones0,
-                                                          const std::vector<int>& zones1)
-{
-    if (KelMemoryModel* mesh = model(KEL_CASE); report(mesh, "interface data")) {
-        mesh->interfaceZones[0] = zones0;
-        mesh->interfaceZones[1] = zones1;
+    if (KelMemoryFile::Mesh* to = mesh(KEL_CASE)) {
+        to->mesh = describeMesh();
+        to->locations = locationModel()->state();
+    }
+    if (KelMemoryFile::Mesh* to = mesh(KEL_DATA)) {
+        std::vector<int> levels = to->solution.timeLevels;
+        to->solution = describeSolution();
+        for (const int level : to->solution.timeLevels)
+            if (std::count(levels.begin(), levels.end(), level) == 0)
+                levels.push_back(level);
+        to->solution.timeLevels = levels;
     }
 }
 
-void KelMemoryConsumer::keepInterface(int zone, KelMemoryInterface data)
+/// Opens an array that goes on with what is there for other zones, unless it has another type or size.
+KelMemoryNode* KelMemoryConsumer::openField(Node* parent, const Text& name, const Zones& zones, Type type, Id size)
 {
-    if (KelMemoryModel* mesh = model(KEL_CASE); report(mesh, "interface data"))
-        mesh->interfaces[zone] = std::move(data);
+    Node* field = open(parent, {name});
+    if (field && (field->type != type || field->size != size))
+        renew(field, size)->type = type;
+    for (const int zone : zones)
+        if (field && std::count(field->zoneIds.begin(), field->zoneIds.end(), zone) == 0)
+            field->zoneIds.push_back(zone);
+    return field;
 }
 
-void KelMemoryConsumer::startWritingTypesForCells(const std::vector<int>& zoneIds,
-                                                  const std::vector<KelCellType>& types)
+void KelMemoryConsumer::keep(Node* to, Id first, Id last, KelMemoryValues values) const
 {
-    for (std::size_t n = 0; n < std::min(zoneIds.size(), types.size()); ++n) {
-        Id first = 0, last = 0;
-        getZoneSizeInfo(zoneIds[n], KEL_ZONE_FIRST_ID, first);
-        getZoneSizeInfo(zoneIds[n], KEL_ZONE_LAST_ID, last);
-        if (types[n] != -1 && first != 0)
-            keepUniform("cell types", first, last, static_cast<short>(types[n]));
-    }
+    if (to &&
+        !(to->size > 0 ? to->values.put(first, last, std::move(values), to->size)
+                       : to->values.putRagged(first, last, std::move(values), std::as_const(*to).counts().values)))
+        fail(to->name + ", " + std::to_string(first) + " to " + std::to_string(last) +
+             ": no range of ids, or not the right number of values");
 }
 
-void KelMemoryConsumer::setTypesForCellsInRange(Id first, Id last, const KelCellType* types, Id count)
+void KelMemoryConsumer::keepUniform(Node* to, Id first, Id last, long value) const
 {
-    keep("cell types", first, last, types ? std::vector<int>(types, types + count) : std::vector<int>());
+    if (to && (value < 0 || !to->values.putUniform(first, last, copyOf(&value, 1))))
+        fail(to->name + ", " + std::to_string(first) + " to " + std::to_string(last) +
+             ": no range of ids, or negative");
 }
 
-void KelMemoryConsumer::startWritingPartitionIdsForCells(const std::vector<int>&, int partitionCount)
+// ---- mesh and solution
+
+void KelMemoryConsumer::startWritingTypesForCells(const Zones& zones, const std::vector<KelCellType>& types)
 {
-    if (KelMemoryModel* mesh = model(KEL_CASE); report(mesh, "partitions of cells"))
-        mesh->partitionCount = partitionCount;
+    for (std::size_t n = 0; n < std::min(zones.size(), types.size()); ++n)
+        if (const auto [first, last] = rangeOfZone(zones[n]); types[n] != -1 && first != 0)
+            keepUniform(array("cell types", 1), first, last, types[n]);
 }
 
-void KelMemoryConsumer::startWritingCaseSectionCategories(KelZoneCategory category, const std::vector<Text>& names)
+void KelMemoryConsumer::startWritingCaseSectionDataForCategory(const Text& name, const Zones& zones, Type type, Id size)
 {
-    KelMemoryModel* mesh = model(KEL_CASE);
-    _section = nullptr;
-    _sectionCategory = category;
-    if (report(mesh && category >= 0 && category <= KEL_CELL_ZONE, "case sections"))
-        for (const std::string& name : names)
-            mesh->sections[category][name];
-}
-
-void KelMemoryConsumer::startWritingCaseSectionDataForCategory(const Text& name, const std::vector<int>& zoneIds,
-                                                               KelPlainDataType type, Id size)
-{
-    KelMemoryModel* mesh = model(KEL_CASE);
     const bool isKnown =
-        _sectionCategory >= 0 && _sectionCategory <= KEL_CELL_ZONE && type >= 0 && type <= KEL_PLAIN_DOUBLE && size > 0;
-    _section = nullptr;
-    if (!report(mesh && isKnown, "a case section"))
-        return;
-    _section = &mesh->sections[_sectionCategory][name];
-    if (_section->type != type || _section->size != size)
-        *_section = {{}, type, size, {}};
-    _section->zoneIds.insert(_section->zoneIds.end(), zoneIds.begin(), zoneIds.end());
+        (type >= 0 && type <= KEL_PLAIN_DOUBLE && size > 0) || fail("section '" + name + "': no values");
+    _section = isKnown ? openField(started(_sections), name, zones, type, size) : nullptr;
 }
 
-void KelMemoryConsumer::setCaseSectionDataForElementsInRange(Id first, Id last, const void* values, Id count)
+void KelMemoryConsumer::setCaseSectionDataForElementsInRange(Id first, Id last, const void* values, Id n)
 {
-    bool done = false;
-    if (_section && values)
-        visitEmptyValues(_section->type, [&](auto list) {
-            const auto* typed = static_cast<const typename decltype(list)::value_type*>(values);
-            done = _section->values.put(first, last, copyOfValues(typed, count), _section->size);
+    if (Node* to = started(_section))
+        visitPlainType(to->type, [&](auto* null) {
+            keep(to, first, last, copyOf(static_cast<const std::remove_pointer_t<decltype(null)>*>(values), n));
         });
-    report(done, "case section data", first, last);
+}
+
+void KelMemoryConsumer::startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, const Text& name,
+                                                                   Zones& zones, Id size)
+{
+    short phaseId = 0;
+    int id = 0;
+    const bool isKnown =
+        getActivePhase(phaseId) && solutionModel()->findVariableByUniqueName(phaseId, name, id) && size > 0;
+    _field = nullptr;
+    if (!isKnown && !fail("variable '" + name + "': not declared, or no values"))
+        return;
+    addVariableOfCategory(id, category);
+    _field = openField(open(phase(), {"fields", std::to_string(category)}), name, zones, Type(-1), size);
+}
+
+bool KelMemoryConsumer::startWritingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId)
+{
+    endWritingParticleTracks();
+    if (getPhaseName(phaseId).empty())
+        return fail("particle tracks of an unknown phase");
+    _tracks = open(tree(KEL_DATA),
+                   {"phases", getPhaseName(phaseId), "tracks", KelMeshKey{meshId, target, partitionId}.groupName()});
+    return _tracks != nullptr;
+}
+
+void KelMemoryConsumer::keepTrack(const Text& name, KelMemoryValues values, Id count) const
+{
+    Node* chunk = started(_chunk);
+    const bool isWhole = chunk && !name.empty() && (chunk->size > 0 ? count % chunk->size : count) == 0;
+    if (isWhole ||
+        (chunk && fail("variable '" + name + "' of particle tracks: no name, or not the same for each point")))
+        keepList(open(chunk, {name}), std::move(values));
 }
 
 } // namespace meridyn

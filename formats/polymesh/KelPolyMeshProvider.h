@@ -15,20 +15,18 @@ namespace meridyn {
 /// case that has been decomposed has to be put together first.
 ///
 /// Meshes    Mesh id 1 is the oldest mesh (constant, as a rule); each time that has points or faces of its own in a
-/// folder
-///           polyMesh adds one, in the order of the times. The target is the default one; there are no partitions.
+///           folder polyMesh adds one, in the order of the times. The target is the default one; there are no
+///           partitions.
 /// Ids       Points and faces keep their order: id = label + 1. Cells are put in the order of the zones.
 /// Zones     Node zone 1 "nodes"; face zone 2 "interior"; from 3 on a face zone per patch; behind them a cell zone per
 ///           cellZone, and "cells" for cells that are in none. A cell in several belongs to the first. Zone string 1 is
 ///           the type of the patch. A zone without elements has no ids.
 /// Faces     Normals point from cell 0, the owner, to cell 1, the neighbour; on boundaries out of the mesh.
 /// Cells     Tetrahedra, pyramids, prisms and hexahedra are told by their faces and have node ids: base, its normal
-/// into
-///           the cell, then the apex or the opposite nodes. All other cells are polyhedra, with 0 nodes. All have
+///           into the cell, then the apex or the opposite nodes. All other cells are polyhedra, with 0 nodes. All have
 ///           faces.
 /// Sets      faceZones and pointZones, which may overlap, are sets of the case; "flipMap" is a variable of a face
-/// zone's
-///           set, 1 where the face counts as turned. Where cellZones overlap, they are sets as well.
+///           zone's set, 1 where the face counts as turned. Where cellZones overlap, they are sets as well.
 /// Times     Time level n is the n-th time folder by value, from 0. The group "timeLevels" of the data settings has the
 ///           name of each folder by level.
 /// Phases    One, "phase-1"; or, where fields are named like alpha.water or U.water, one per such ending, and the
@@ -38,12 +36,12 @@ namespace meridyn {
 /// Settings  Dictionaries in system and constant are settings of the case: the dictionary's name is the group, the path
 ///           in it the key. The same are settings of this object, through the parser KelPolyMeshProvider::parserName.
 /// Reports   A file that cannot be read posts a KelError that names it, the line or byte, what was expected and what
-/// was
-///           found; the call then gives false or 0. A range that holds an id outside the mesh gives nothing; a buffer
-///           too small for a range gets the whole elements that fit.
+///           was found; the call then gives false or 0. A range that holds an id outside the mesh gives nothing; a
+///           buffer too small for a range gets the whole elements that fit.
 /// Memory    The mesh is held in memory, and one field.
 class KEL_API KelPolyMeshProvider : public KelFileProvider {
 public:
+    /// Nothing is open; the settings parser is registered.
     KelPolyMeshProvider();
     ~KelPolyMeshProvider() override;
 

@@ -1,4 +1,4 @@
-#include "KelMemoryArray.h"
+#include "KelMemoryStore.h"
 
 #include <gtest/gtest.h>
 
@@ -138,16 +138,16 @@ TEST(MemoryArray, RangesThatAreNoneAreRefused)
     EXPECT_EQ(array.lastId(), 0U);
 }
 
-TEST(MemoryArray, MissingIdsMayStandForZeros)
+TEST(MemoryArray, MissingIdsWithACountOf0HaveNothing)
 {
-    KelMemoryArray array;
+    KelMemoryArray counts, array;
+    counts.put(1, 4, Ints{0, 1, 0, 0});
     array.put(2, 2, Ints{7});
     std::vector<int> values(8, -1);
-    const auto oneUpTo4 = [](unsigned64 id) { return id <= 4 ? std::optional<unsigned64>(1) : std::nullopt; };
-    EXPECT_EQ(array.get(1, 4, values.data(), 8, oneUpTo4), 4U);
-    EXPECT_EQ(values, (Ints{0, 7, 0, 0, -1, -1, -1, -1}));
-    EXPECT_EQ(array.get(1, 5, values.data(), 8, oneUpTo4), 0U);
-    EXPECT_EQ(array.get(1, 4, values.data(), 3, oneUpTo4), 3U);
+    EXPECT_EQ(array.get(1, 4, values.data(), 8, counts), 1U);
+    EXPECT_EQ(values[0], 7);
+    EXPECT_EQ(array.get(1, 5, values.data(), 8, counts), 0U) << "5 has no count";
+    EXPECT_EQ(array.get(1, 4, values.data(), 8), 0U);
 }
 
 TEST(MemoryArray, ValuesAreConvertedWithinTheirRange)

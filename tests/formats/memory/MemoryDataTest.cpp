@@ -143,8 +143,8 @@ TEST_F(MemoryData, AVariableThatIsNotDeclaredIsRefused)
     writer.setValuesOfPhaseVariableForElementsInRange(1, 1, &value, 1);
     const Texts errors = writer.getErrors(false, true);
     ASSERT_EQ(errors.size(), 2U);
-    EXPECT_EQ(errors[0], name + ": values of a variable: not started, or not the right number of values");
-    EXPECT_EQ(errors[1], name + ": values of a variable, 1 to 1: not started, or not the right number of values");
+    EXPECT_EQ(errors[0], name + ": variable 'nobody': not declared, or no values");
+    EXPECT_EQ(errors[1], name + ": values without a start marker");
 }
 
 template <class T>

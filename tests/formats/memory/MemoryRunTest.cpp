@@ -59,6 +59,19 @@ TEST_F(MemoryRun, WithoutAStartNothingIsTaken)
     EXPECT_FALSE(writer.endWriting(KEL_CASE));
 }
 
+TEST_F(MemoryRun, StartingAgainForgetsWhatWasOpen)
+{
+    const unsigned64 ids[] = {1};
+    startCase();
+    writer.startWritingSet("s", KEL_CELL_ZONE);
+    ASSERT_TRUE(writer.startWriting(KEL_CASE));
+    writer.setIdsForSetInRange(1, 1, ids, 1);
+    EXPECT_EQ(writer.getErrors(false, true), Texts{name + ": values without a start marker"});
+    reopen(KEL_CASE);
+    Texts names;
+    EXPECT_FALSE(reader.getSetNames(names));
+}
+
 TEST_F(MemoryRun, WhatDoesNotFitIsReportedAndLeftOut)
 {
     const unsigned64 ids[] = {1, 2, 3};
@@ -70,7 +83,7 @@ TEST_F(MemoryRun, WhatDoesNotFitIsReportedAndLeftOut)
     writer.setUniformNodeCountForFacesInRange(1, 3, -1);
     const Texts errors = writer.getErrors(false, true);
     ASSERT_EQ(errors.size(), 5U);
-    EXPECT_EQ(errors[0], name + ": cell 0, 1 to 2: not started, or not the right number of values");
+    EXPECT_EQ(errors[0], name + ": cell 0, 1 to 2: no range of ids, or not the right number of values");
     reopen(KEL_CASE);
     EXPECT_EQ(reader.getCell0ForFace(1), 0U);
 }

@@ -23,6 +23,7 @@
 /// Names are any bytes, the empty string included. Trees are used from one thread at a time.
 namespace arbor {
 
+/// Entries of one owner in their order, with a look-up by name. Defined inside the library.
 template <class Entry>
 class Siblings;
 

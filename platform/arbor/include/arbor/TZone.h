@@ -12,10 +12,10 @@ class ARBOR_API TZone : public TObject {
 public:
     /// What the zone holds.
     enum Kind : int {
-        None,
-        Cell,
-        Face,
-        Node
+        None, ///< not set
+        Cell, ///< cells
+        Face, ///< faces
+        Node  ///< nodes
     };
 
     bool isZone() const override;

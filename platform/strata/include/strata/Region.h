@@ -21,10 +21,10 @@ class STRATA_API Region {
 public:
     /// The kinds, in the order in which mixed lists hold them.
     enum class Kind {
-        Body,
-        Face,
-        FaceUse,
-        Composite
+        Body,     ///< strata::Body, a volume
+        Face,     ///< strata::Face, a surface
+        FaceUse,  ///< strata::FaceUse, one side of a face as a body sees it
+        Composite ///< strata::Composite, regions under one name
     };
 
     virtual ~Region();

@@ -1,0 +1,287 @@
+#include "KelFormatProvider.h"
+
+#include "KelSolutionModel.h"
+
+#include <algorithm>
+#include <list>
+#include <optional>
+
+namespace meridyn {
+
+namespace {
+
+constexpr short mixture = -1;
+constexpr KelZoneCategory categories[] = {KEL_NODE_ZONE, KEL_EDGE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE};
+
+void setInfos(KelBase& base, const KelZoneDescription& zone)
+{
+    switch (zone.category) {
+    case KEL_NODE_ZONE:
+        base.setNodeZoneInfo(zone.id, KEL_NODE_ZONE_INFO_0, zone.infos[0]);
+        break;
+    case KEL_EDGE_ZONE:
+        for (int i = 0; i < 2; ++i)
+            base.setEdgeZoneInfo(zone.id, static_cast<KelEdgeZoneInfoType>(i), zone.infos[i]);
+        break;
+    case KEL_FACE_ZONE:
+        for (int i = 0; i < 6; ++i)
+            base.setFaceZoneInfo(zone.id, static_cast<KelFaceZoneInfoType>(i), zone.infos[i]);
+        base.setAllFaceZoneFlags(zone.id, zone.flags);
+        break;
+    default:
+        for (int i = 0; i < 2; ++i)
+            base.setCellZoneInfo(zone.id, static_cast<KelCellZoneInfoType>(i), zone.infos[i]);
+    }
+}
+
+template <class List, class T>
+bool contains(const List& list, const T& value)
+{
+    return std::find(list.begin(), list.end(), value) != list.end();
+}
+
+/// One item of each of the keys that belong to a mesh, in order, each once.
+template <class T, class Item>
+std::vector<T> listOf(const std::vector<KelMeshKey>& keys, const Item& item)
+{
+    std::vector<T> items;
+    for (const KelMeshKey& key : keys)
+        if (const std::optional<T> found = item(key); found && !contains(items, *found))
+            items.push_back(*found);
+    return items;
+}
+
+} // namespace
+
+KelFormatProvider::KelFormatProvider() = default;
+KelFormatProvider::~KelFormatProvider() = default;
+
+// ---- settings, meshes and cells
+
+void KelFormatProvider::getSettingsKeys(KelDataClass dataClass, std::vector<std::string>& keys) const
+{
+    getSettingsKeysOfGroup(dataClass, _defaultSettingsPath, keys);
+}
+
+std::vector<KelMeshKey> KelFormatProvider::meshKeys(KelDataClass) const
+{
+    return {};
+}
+
+std::vector<int> KelFormatProvider::availableMeshIds(KelDataClass dataClass) const
+{
+    return listOf<int>(meshKeys(dataClass), [](const KelMeshKey& key) { return std::optional<int>(key.meshId); });
+}
+
+std::vector<KelTargetCategory> KelFormatProvider::availableTargets(int meshId, KelDataClass dataClass) const
+{
+    const int wanted = meshId == -1 ? getMeshId() : meshId;
+    return listOf<KelTargetCategory>(meshKeys(dataClass), [wanted](const KelMeshKey& key) {
+        return key.meshId == wanted ? std::optional(static_cast<KelTargetCategory>(key.target)) : std::nullopt;
+    });
+}
+
+std::vector<int> KelFormatProvider::availablePartitionIds(int meshId, KelDataClass dataClass) const
+{
+    const int wanted = meshId == -1 ? getMeshId() : meshId;
+    return listOf<int>(meshKeys(dataClass), [wanted](const KelMeshKey& key) {
+        return key.meshId == wanted && key.partitionId >= 0 ? std::optional(key.partitionId) : std::nullopt;
+    });
+}
+
+short KelFormatProvider::getFaceCountForCell(unsigned64 cellId) const
+{
+    short count = 0;
+    return getFaceCountsForCellsInRange(cellId, cellId, &count, 1) == 1 ? count : static_cast<short>(0);
+}
+
+// ---- forms of one operation
+
+unsigned64 KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId,
+                                                                           std::vector<int>& zoneIds)
+{
+    short phaseId = 0;
+    const bool isKnown = getActivePhase(phaseId) && solutionModel()->hasVariable(phaseId, variableId);
+    return startReadingZonesOfCategoryWithPhaseVariable(category, isKnown ? variableName(variableId) : "", zoneIds);
+}
+
+bool KelFormatProvider::hasParticles() const
+{
+    std::string phase;
+    return getActivePhase(phase) && hasParticles(phase);
+}
+
+bool KelFormatProvider::hasParticles(short phaseId) const
+{
+    std::string phase;
+    return getPhaseName(phaseId, phase) && hasParticles(phase);
+}
+
+bool KelFormatProvider::startReadingParticles()
+{
+    return hasParticles();
+}
+
+bool KelFormatProvider::startReadingParticles(const std::string& phaseName)
+{
+    return setActivePhase(phaseName) && startReadingParticles();
+}
+
+bool KelFormatProvider::startReadingParticles(short phaseId)
+{
+    return setActivePhase(phaseId) && startReadingParticles();
+}
+
+void KelFormatProvider::getInjectionNames(std::vector<std::string>& names) const
+{
+    getSetDataNames(names);
+}
+
+bool KelFormatProvider::hasParticleTracks() const
+{
+    std::vector<short> phaseIds;
+    getPhaseIds(phaseIds);
+    return std::any_of(phaseIds.begin(), phaseIds.end(), [this](short id) { return hasParticleTracks(id); });
+}
+
+bool KelFormatProvider::hasParticleTracks(short phaseId) const
+{
+    std::string phase;
+    return getPhaseName(phaseId, phase) && hasParticleTracks(phase);
+}
+
+bool KelFormatProvider::hasParticleTracksInActivePhase() const
+{
+    std::string phase;
+    return getActivePhase(phase) && hasParticleTracks(phase);
+}
+
+std::vector<short> KelFormatProvider::getPhasesWithParticleTracks(int meshId, KelTargetCategory target,
+                                                                  int partitionId) const
+{
+    std::vector<short> all, phaseIds;
+    getPhaseIds(all);
+    std::copy_if(all.begin(), all.end(), std::back_inserter(phaseIds),
+                 [&](short id) { return hasParticleTracks(id, meshId, target, partitionId); });
+    return phaseIds;
+}
+
+bool KelFormatProvider::getSetNames(std::vector<std::string>& names) const
+{
+    std::vector<std::string> ofData;
+    const bool hasCase = getSetNames(KEL_CASE, names);
+    const bool hasData = getSetNames(KEL_DATA, ofData);
+    names.insert(names.end(), ofData.begin(), ofData.end());
+    return hasCase || hasData;
+}
+
+// ---- what KelBase is told
+
+void KelFormatProvider::declareMesh(const KelMeshDescription& mesh)
+{
+    setMeshSize(mesh.sizes[0], mesh.sizes[1], mesh.sizes[2], mesh.sizes[3], mesh.sizes[4]);
+    setMeshUnits(mesh.units);
+    declareZones(mesh.zones);
+}
+
+void KelFormatProvider::declareZones(const std::vector<KelZoneDescription>& zones)
+{
+    for (const KelZoneCategory category : categories) {
+        std::vector<int> ids;
+        getZoneIds(category, ids);
+        setZoneIds(category, {});
+        setZoneCategory(ids, static_cast<KelZoneCategory>(-1)); // or an id would keep its category
+    }
+    for (const KelZoneCategory category : categories) {
+        std::vector<int> ids;
+        for (const KelZoneDescription& zone : zones)
+            if (zone.category == category)
+                ids.push_back(zone.id);
+        setZoneIds(category, ids);
+    }
+    std::map<int, std::list<int>> beside[2], around;
+    for (const KelZoneDescription& zone : zones) {
+        setZoneSizeInfo(zone.id, KEL_ZONE_FIRST_ID, zone.first);
+        setZoneSizeInfo(zone.id, KEL_ZONE_LAST_ID, zone.last);
+        setZoneSizeInfo(zone.id, KEL_ZONE_EXTRA_SIZE, zone.extra);
+        setZoneStringInfo(zone.id, KEL_ZONE_STRING_0, zone.texts[0]);
+        setZoneStringInfo(zone.id, KEL_ZONE_STRING_1, zone.texts[1]);
+        setInfos(*this, zone);
+        for (int side = 0; side < 2; ++side)
+            if (zone.category == KEL_FACE_ZONE && !zone.neighbours[side].empty())
+                beside[side][zone.id].assign(zone.neighbours[side].begin(), zone.neighbours[side].end());
+        if (zone.category == KEL_CELL_ZONE && !zone.neighbours[0].empty())
+            around[zone.id].assign(zone.neighbours[0].begin(), zone.neighbours[0].end());
+    }
+    setFaceCellZone0Ids(beside[0]);
+    setFaceCellZone1Ids(beside[1]);
+    setCellFaceZoneIds(around);
+}
+
+void KelFormatProvider::declareSolution(const KelSolutionDescription& solution)
+{
+    for (const int level : solution.timeLevels)
+        addTimeLevel(level);
+    solutionModel()->clearModel();
+    clearVariablesOfCategories();
+    declareVariablesAndPhases(solution);
+
+    if (!solution.timeLevels.empty() && !contains(solution.timeLevels, getTimeLevel()))
+        setTimeLevel(solution.timeLevels.front());
+    short active = 0;
+    std::vector<short> phaseIds;
+    getPhaseIds(phaseIds);
+    if (!phaseIds.empty() && !getActivePhase(active))
+        setActivePhase(phaseIds.front());
+}
+
+// Ids come from the order of creation. A phase 0 means that the mixture was there before the first phase, and so was
+// its first variable.
+void KelFormatProvider::declareVariablesAndPhases(const KelSolutionDescription& solution)
+{
+    KelSolutionModel& model = *solutionModel();
+    std::vector<KelVariableDescription> variables = solution.variables;
+    std::stable_sort(variables.begin(), variables.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
+    std::map<short, short> phaseIds{{mixture, mixture}}; // here, by the one in the description
+    auto next = variables.begin();
+    const auto createNext = [&] {
+        const KelVariableDescription& variable = *next++;
+        const auto phase = phaseIds.find(variable.phaseId);
+        int id = 0;
+        model.createVariable(phase == phaseIds.end() ? variable.phaseId : phase->second, variable.uniqueName, id);
+        for (const auto& [name, value] : variable.attributes)
+            model.addAttributeOfVariable(id, name, value);
+        for (const int category : variable.categories)
+            addVariableOfCategory(id, static_cast<KelZoneCategory>(category));
+    };
+    const auto has = [](const auto& list, const auto& isIt) { return std::any_of(list.begin(), list.end(), isIt); };
+    const bool hasZero = has(solution.phases, [](const auto& phase) { return phase.id == 0; });
+    const bool hasMixture = has(variables, [](const auto& variable) { return variable.phaseId == mixture; });
+    while (hasZero && hasMixture && !model.hasPhase(mixture))
+        createNext();
+    for (const KelPhaseDescription& phase : solution.phases)
+        if (phase.id != mixture)
+            model.createPhase(phase.uniqueName, phaseIds[phase.id]);
+    while (next != variables.end())
+        createNext();
+    for (const KelPhaseDescription& phase : solution.phases)
+        for (const auto& [name, value] : phase.attributes)
+            model.addAttributeOfPhase(phaseIds[phase.id], name, value);
+}
+
+std::pair<unsigned64, unsigned64> KelFormatProvider::rangeOfZone(int zoneId) const
+{
+    std::pair<unsigned64, unsigned64> range;
+    getZoneSizeInfo(zoneId, KEL_ZONE_FIRST_ID, range.first);
+    getZoneSizeInfo(zoneId, KEL_ZONE_LAST_ID, range.second);
+    return range;
+}
+
+std::string KelFormatProvider::variableName(int variableId) const
+{
+    std::string name;
+    solutionModel()->getUniqueNameOfVariable(variableId, name);
+    return name;
+}
+
+} // namespace meridyn

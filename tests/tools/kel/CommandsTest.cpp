@@ -171,6 +171,33 @@ TEST(Tool, SaysWhenItsAnswerCouldNotBeWritten)
     EXPECT_EQ(ran.err, "kel: standard output: No space left on device\n");
 }
 
+TEST(Tool, SurvivesAPluginThatThrows)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder.file("good.thin", "thin ok 0\n");
+    const Ran ran = runKel({"info", file}, {{"THIN_THROWS", "1"}});
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_EQ(ran.err, "kel: no licence\n");
+}
+
+TEST(Tool, ComplainsOnceOfAnOutputThatIsFull)
+{
+    for (const Arguments& arguments : {Arguments{"trace", "box:1x1x1"}, Arguments{"info", "box:1x1x1"}}) {
+        const Ran ran = runKel(arguments, {}, nullptr, "/dev/full");
+        EXPECT_EQ(ran.code, 2) << arguments[0];
+        EXPECT_EQ(linesOf(ran.err), 1U) << ran.err;
+        EXPECT_THAT(ran.err, StartsWith("kel: standard output: "));
+    }
+}
+
+TEST(Conform, LeavesTheCurrentFolderAlone)
+{
+    const Ran ran = runKel({"conform", "memory"}, {{"TMPDIR", "/none"}});
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_THAT(ran.err, StartsWith("kel: the folder for temporary files: "));
+    EXPECT_EQ(runKel({"conform", "memory", "--folder", "/none"}).err, "kel: /none: No such file or directory\n");
+}
+
 // ---- JSON ---------------------------------------------------------------------------------------------------------
 
 namespace {

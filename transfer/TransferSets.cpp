@@ -43,8 +43,10 @@ public:
 private:
     void copyIds()
     {
-        std::vector<unsigned64> ids;
+        std::vector<unsigned64> ids(1);
         _run.source.startReadingIdsForSet();
+        if (_members == 0 || _run.source.getIdsForSetInRange(1, 1, ids.data(), 1) == 0)
+            return _run.source.endReadingIdsForSet(); // a set may do without
         _run.target.startWritingIdsForSet();
         forPositions(_run, _task, _members, 1, [&](unsigned64 first, unsigned64 last) {
             ids.resize(last - first + 1);

@@ -39,6 +39,16 @@ hsize_t valueCount(const Handle& attribute)
     return count < 0 ? 0 : static_cast<hsize_t>(count);
 }
 
+/// Whether a group knows in which order its attributes were made. HDF5 gives those of another program's group in any
+/// order, without an error, when it is asked for that one.
+bool keepsOrder(hid_t group)
+{
+    const Handle properties(H5Gget_create_plist(group));
+    unsigned order = 0;
+    return properties && H5Pget_attr_creation_order(properties.get(), &order) >= 0 &&
+           (order & H5P_CRT_ORDER_TRACKED) != 0;
+}
+
 herr_t addName(hid_t, const char* name, const H5A_info_t*, void* names)
 {
     static_cast<std::vector<std::string>*>(names)->emplace_back(name);
@@ -133,16 +143,13 @@ bool hasAttribute(hid_t object, const std::string& name)
     return H5Aexists(object, name.c_str()) > 0;
 }
 
-std::vector<std::string> attributeNames(hid_t object)
+std::vector<std::string> attributeNames(hid_t group)
 {
     const QuietErrors quiet;
     std::vector<std::string> names;
-    hsize_t index = 0;
-    if (H5Aiterate2(object, H5_INDEX_CRT_ORDER, H5_ITER_INC, &index, addName, &names) < 0) {
-        names.clear();
-        index = 0;
-        checkedCall(H5Aiterate2(object, H5_INDEX_NAME, H5_ITER_INC, &index, addName, &names), pathOf(object));
-    }
+    const H5_index_t order = keepsOrder(group) ? H5_INDEX_CRT_ORDER : H5_INDEX_NAME;
+    hsize_t next = 0;
+    checkedCall(H5Aiterate2(group, order, H5_ITER_INC, &next, addName, &names), pathOf(group));
     return names;
 }
 

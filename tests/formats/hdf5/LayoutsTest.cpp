@@ -1,4 +1,5 @@
 // Arrays as other programs lay them out when they copy a file: they read as before.
+#include "ChunkCodec.h"
 #include "FileEdit.h"
 #include "Sample.h"
 
@@ -26,6 +27,13 @@ const Layout layouts[] = {
          H5Pset_chunk(creation, 2, chunk);
          H5Pset_shuffle(creation);
          H5Pset_deflate(creation, 6);
+     }},
+    {"Zstandard", // in chunks of another size than ours, so that HDF5 itself runs the filter
+     [](hid_t creation) {
+         meridyn::hdf5::registerZstandard();
+         const unsigned level = 5;
+         H5Pset_chunk(creation, 2, chunk);
+         H5Pset_filter(creation, meridyn::hdf5::zstandardFilter, H5Z_FLAG_MANDATORY, 1, &level);
      }},
     {"Fletcher",
      [](hid_t creation) {

@@ -83,6 +83,12 @@ void PrintTo(const Refusal& row, std::ostream* out)
 
 // clang-format off
 const Refusal refusals[] = {
+    {"HugeMesh", KEL_CASE, [](Writer& w) { w.zone(KEL_NODE_ZONE, 1, 1, 1ULL << 61); w.setCoordinatesForNodesInRange(1, 1, reals, 3); }, "/nodes/coordinates would have 2305843009213693952 times 3 values"},
+    {"NoDimension", KEL_CASE, [](Writer& w) { w.setMeshSize(KEL_MESH_DIMENSION, 0); w.setCoordinatesForNodesInRange(1, 12, reals, 3); }, "/nodes/coordinates has 3 values for the elements 1 to 12, 12 expected"},
+    {"Cell0s", KEL_CASE, [](Writer& w) { w.setCell0sForFacesInRange(1, 2, ids, 1); }, "/faces/cell0 has 1 values for the elements 1 to 2, 2 expected"},
+    {"NodeCounts", KEL_CASE, [](Writer& w) { w.setNodeCountsForFacesInRange(1, 2, lengths, 1); }, "/faces/node_counts has 1 values for the elements 1 to 2, 2 expected"},
+    {"CellTypes", KEL_CASE, [](Writer& w) { const KelCellType type = KEL_CELL_PRISM; w.setTypesForCellsInRange(1, 2, &type, 1); }, "/cells/type has 1 values for the elements 1 to 2, 2 expected"},
+    {"NodeCountsLate", KEL_CASE, [](Writer& w) { w.setUniformNodeCountForFacesInRange(1, 11, 3); w.setNodeIdsForFacesInRange(1, 1, ids, 3); w.setUniformNodeCountForFacesInRange(1, 1, 4); }, "/faces/node_counts change after the counts of all elements and ids were handed over"},
     {"LocalIds", KEL_CASE, [](Writer& w) { w.setLocalElemIdsInZone(21, ids, 1); }, "zone 21 has 1 local ids, 2 expected"},
     {"SectionCategory", KEL_CASE, [](Writer& w) { w.startWritingCaseSectionCategories(static_cast<KelZoneCategory>(7), {"s"}); }, "zone category 7, 0 to 3 expected"},
     {"SectionType", KEL_CASE, [](Writer& w) { w.startWritingCaseSectionDataForCategory("s", {21}, noType, 1); }, "case section 's' has the value type 12, 0 to 9 expected"},

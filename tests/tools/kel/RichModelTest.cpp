@@ -1,5 +1,6 @@
 // The commands on a model with something of every family.
 #include "transfer/RichModel.h"
+#include "formats/hdf5/FileEdit.h"
 #include "KelHdf5Consumer.h"
 #include "ToolRunner.h"
 
@@ -42,6 +43,32 @@ TEST(RichModel, SurvivesTheTool)
     const Ran trace = runKel({"trace", folder / "rich"});
     EXPECT_EQ(trace.code, 0) << trace.err;
     EXPECT_THAT(trace.out, HasSubstr("\nData\n\n"));
+}
+
+TEST(RichModel, WithADamagedArrayIsNotTakenForWhole)
+{
+    const TemporaryFolder folder;
+    writeRich(folder / "rich");
+    const std::string mesh = "/meshes/mesh_1_target_0_partition_-1";
+    {
+        hdf5test::FileEdit edit(folder / "rich.case.kel");
+        edit.array(mesh + "/faces/cell0", H5T_NATIVE_INT, {3}, nullptr);
+        edit.array("/locations", H5T_NATIVE_UCHAR, {3}, nullptr);
+    }
+    const std::string path = folder / "rich.case.kel";
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"convert", "--strict", path, folder / "copy.case.kel"},
+                                               {"check", path},
+                                               {"diff", "--case-only", path, path},
+                                               {"info", path},
+                                               {"locate", path, "box"}}) {
+        const Ran ran = runKel(arguments);
+        EXPECT_EQ(ran.code, 2) << arguments[0];
+        EXPECT_EQ(ran.out, "") << arguments[0];
+        EXPECT_THAT(ran.err, StartsWith("kel: " + path)) << arguments[0];
+        EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "copy.case.kel"));
 }
 
 TEST(RichModel, IsShownByInfo)
@@ -95,4 +122,26 @@ TEST(RichModel, ValuesThatAreNoNumbersAreCounted)
     EXPECT_EQ(text.code, 0) << text.err;
     EXPECT_THAT(text.out, HasSubstr("  12 values are infinite or not a number\n"));
     EXPECT_THAT(runKel({"info", "--stats", "--json", folder / "rich"}).out, HasSubstr("\"notFinite\": 12"));
+}
+
+TEST(RichModel, FailsTheCheckWithDamagedFaces)
+{
+    const TemporaryFolder folder;
+    writeRich(folder / "good");
+    EXPECT_EQ(runKel({"check", folder / "good"}).code, 0);
+    writeRich(folder / "bad", [](RichWriter& writer) {
+        writer.setCell1ForFace(3, 0);
+        writer.setCell1ForFace(4, 0);
+    });
+    const Ran ran = runKel({"check", "--named", "1", folder / "bad"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_EQ(ran.err, "");
+    EXPECT_THAT(ran.out, HasSubstr(": 2 exceptions\n            face 3 of zone 2 'interior' has no cell 1\n"
+                                   "            ...\n"));
+    EXPECT_THAT(ran.out, EndsWith("\nThe mesh is not good.\n"));
+    const Ran json = runKel({"check", "--json", folder / "bad"});
+    EXPECT_EQ(json.code, 1);
+    EXPECT_TRUE(isJson(json.out)) << json.out;
+    EXPECT_THAT(json.out, HasSubstr("\"good\": false"));
+    EXPECT_THAT(json.out, HasSubstr("\"face 4 of zone 2 'interior' has no cell 1\""));
 }

@@ -119,19 +119,30 @@ TEST(Memory, ThatThereIsNotIsAProblem)
 
 // ---- lengths ------------------------------------------------------------------------------------------------------
 
-/// Adds a variable of differing length to a set and to set data, with lengths of a type.
-template <class Length>
-void addLists(RichWriter& writer, KelPlainDataType lengthType)
+std::string nameOf(KelPlainDataType lengthType)
 {
-    const std::string name = "lengths of type " + std::to_string(lengthType);
+    return "lengths of type " + std::to_string(lengthType);
+}
+
+/// Adds a variable of differing length to the open set, with lengths of a type.
+template <class Length>
+void addToSet(RichWriter& writer, KelPlainDataType type)
+{
     const Length lengths[] = {1, 2};
-    writer.startWritingSizeOfVariableForSet(name, {2}, lengthType);
+    writer.startWritingSizeOfVariableForSet(nameOf(type), {2}, type);
     writer.setSizeOfVariableForSetInRange(1, 2, lengths, 2);
     writer.endWritingSizeOfVariableForSet();
-    writer.startWritingVariableLengthedDataOfVariableForSet(name, {2}, KEL_PLAIN_FLOAT);
+    writer.startWritingVariableLengthedDataOfVariableForSet(nameOf(type), {2}, KEL_PLAIN_FLOAT);
     writer.setVariableLengthedDataOfVariableForSetInRange(1, 2, RichWriter::ramp<float>(3).data(), 3);
     writer.endWritingVariableLengthedDataOfVariableForSet();
-    writer.startWritingVariableLengthVariableForSetData(name, KEL_PLAIN_FLOAT, lengthType);
+}
+
+/// The same for the open set data.
+template <class Length>
+void addToSetData(RichWriter& writer, KelPlainDataType type)
+{
+    const Length lengths[] = {1, 2};
+    writer.startWritingVariableLengthVariableForSetData(nameOf(type), KEL_PLAIN_FLOAT, type);
     writer.setVariableLengthVariableForSetData(RichWriter::ramp<float>(3).data(), 3, lengths, 2);
     writer.endWritingVariableLengthVariableForSetData();
 }
@@ -141,13 +152,16 @@ TEST(Lengths, KeepTheirType)
     makeRichModel("memory:rich", nullptr, [](RichWriter& writer) {
         writer.startWritingPhase(1);
         writer.startWritingSet("lists", KEL_CELL_ZONE);
-        writer.setSizesAndMinMaxIdsForSet({2}, {1}, {2});
-        writer.startWritingSetData("lists", 2);
-        addLists<short>(writer, KEL_PLAIN_SHORT);
-        addLists<int>(writer, KEL_PLAIN_INT);
-        addLists<unsigned64>(writer, KEL_PLAIN_UNSIGNED64);
-        writer.endWritingSetData();
+        writer.setSizesAndMinMaxIdsForSet({2}, {1}, {2}); // and no ids
+        addToSet<short>(writer, KEL_PLAIN_SHORT);
+        addToSet<int>(writer, KEL_PLAIN_INT);
+        addToSet<unsigned64>(writer, KEL_PLAIN_UNSIGNED64);
         writer.endWritingSet();
+        writer.startWritingSetData("lists", 2);
+        addToSetData<short>(writer, KEL_PLAIN_SHORT);
+        addToSetData<int>(writer, KEL_PLAIN_INT);
+        addToSetData<unsigned64>(writer, KEL_PLAIN_UNSIGNED64);
+        writer.endWritingSetData();
     });
     KelMemoryProvider rich, copy;
     KelMemoryConsumer target;
@@ -163,7 +177,7 @@ TEST(Lengths, KeepTheirType)
     ASSERT_TRUE(copy.startReadingSet("lists"));
     ASSERT_TRUE(copy.startReadingSetData("lists", members));
     for (const KelPlainDataType type : {KEL_PLAIN_SHORT, KEL_PLAIN_INT, KEL_PLAIN_UNSIGNED64}) {
-        const std::string name = "lengths of type " + std::to_string(type);
+        const std::string name = nameOf(type);
         EXPECT_EQ(copy.startReadingSizeOfVariableLengthedVarForSet(name), type);
         std::vector<unsigned64> lengths(2);
         EXPECT_EQ(copy.getSizeOfVariableForSetInRange(1, 2, lengths.data(), 2), 2U);

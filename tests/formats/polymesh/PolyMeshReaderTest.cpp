@@ -326,6 +326,22 @@ TEST(PolyMeshSettings, DictionariesComeOver)
                             ": line 2: expected the name of an entry, found the end of the file"));
 }
 
+TEST(PolyMeshSettings, ProgramTextIsTakenAsItIs)
+{
+    const SmallCase small;
+    small.write("system/controlDict",
+                SmallCase::head("dictionary") + "code #{ if (a) { b; } #}; quoted \"a \\\"b\\\"; {\"; after 1;");
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_CASE));
+    std::vector<std::string> names;
+    reader.getSettingsKeysOfGroup(KEL_CASE, "controlDict", names);
+    EXPECT_THAT(names, ElementsAre("code", "quoted", "after"));
+    std::string text;
+    reader.getSettingString(KEL_CASE, "code", text, "controlDict");
+    EXPECT_EQ(text, " if (a) { b; } ");
+    EXPECT_FALSE(reader.addSetting(KEL_CASE, "d", "code #{ b;", "OPENFOAM")); // never closed
+}
+
 TEST(PolyMeshSettings, TheParserIsRegistered)
 {
     KelPolyMeshProvider reader;

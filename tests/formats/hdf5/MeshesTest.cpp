@@ -165,3 +165,28 @@ TEST(Meshes, CanBeReadWithoutTheirZones)
     EXPECT_EQ(reader.getCell1ForFace(1), 2u);
     EXPECT_EQ(reader.errors(), "");
 }
+
+TEST(Meshes, MayBeRefinedAlike)
+{
+    const Folder folder;
+    Writer writer;
+    TwoCells::declare(writer);
+    ASSERT_TRUE(writer.startWriting(folder / "c.case.kel", KEL_CASE));
+    const unsigned64 faces[] = {3, 4, 5, 6}, cells[] = {2, 1};
+    writer.setUniformChildFaceCountForFacesInRange(1, 2, 2);
+    writer.setChildFaceIdsForFacesInRange(1, 2, faces, 4);
+    writer.setUniformChildCellCountForCellsInRange(1, 2, 1);
+    writer.setChildCellIdsForCellsInRange(1, 2, cells, 2);
+    ASSERT_TRUE(writer.endWriting(KEL_CASE)) << writer.errors();
+    Reader reader;
+    ASSERT_TRUE(reader.startReading(folder / "c.case.kel", KEL_CASE)) << reader.errors();
+    unsigned64 ids[4] = {};
+    EXPECT_EQ(reader.getChildFaceCountForFace(2), 2);
+    EXPECT_EQ(reader.getChildFaceCountForFace(3), 0);
+    EXPECT_EQ(reader.getChildFaceIdsForFace(2, ids, 4), 2u);
+    EXPECT_EQ(ids[0], 5u);
+    EXPECT_EQ(reader.getChildCellCountForCell(2), 1);
+    EXPECT_EQ(reader.getChildCellIdsForCell(2, ids, 4), 1u);
+    EXPECT_EQ(ids[0], 1u);
+    EXPECT_EQ(reader.errors(), "");
+}

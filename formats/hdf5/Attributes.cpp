@@ -1,5 +1,6 @@
 #include "Attributes.h"
 
+#include "CreationOrder.h"
 #include "FormatError.h"
 #include "Hdf5File.h"
 
@@ -39,19 +40,9 @@ hsize_t valueCount(const Handle& attribute)
     return count < 0 ? 0 : static_cast<hsize_t>(count);
 }
 
-/// Whether a group knows in which order its attributes were made. HDF5 gives those of another program's group in any
-/// order, without an error, when it is asked for that one.
-bool keepsOrder(hid_t group)
+herr_t addName(hid_t, const char* name, const H5A_info_t* info, void* names)
 {
-    const Handle properties(H5Gget_create_plist(group));
-    unsigned order = 0;
-    return properties && H5Pget_attr_creation_order(properties.get(), &order) >= 0 &&
-           (order & H5P_CRT_ORDER_TRACKED) != 0;
-}
-
-herr_t addName(hid_t, const char* name, const H5A_info_t*, void* names)
-{
-    static_cast<std::vector<std::string>*>(names)->emplace_back(name);
+    static_cast<std::vector<NumberedName>*>(names)->push_back({info->corder_valid ? info->corder : 0, name});
     return 0;
 }
 
@@ -143,14 +134,13 @@ bool hasAttribute(hid_t object, const std::string& name)
     return H5Aexists(object, name.c_str()) > 0;
 }
 
-std::vector<std::string> attributeNames(hid_t group)
+std::vector<std::string> attributeNames(hid_t object)
 {
     const QuietErrors quiet;
-    std::vector<std::string> names;
-    const H5_index_t order = keepsOrder(group) ? H5_INDEX_CRT_ORDER : H5_INDEX_NAME;
-    hsize_t next = 0;
-    checkedCall(H5Aiterate2(group, order, H5_ITER_INC, &next, addName, &names), pathOf(group));
-    return names;
+    std::vector<NumberedName> attributes;
+    hsize_t index = 0;
+    checkedCall(H5Aiterate2(object, H5_INDEX_NAME, H5_ITER_NATIVE, &index, addName, &attributes), pathOf(object));
+    return inOrderOfCreation(std::move(attributes));
 }
 
 } // namespace meridyn::hdf5

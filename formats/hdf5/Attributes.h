@@ -23,7 +23,7 @@ std::optional<std::int64_t> readNumber(hid_t object, const std::string& name);
 std::optional<std::vector<std::int64_t>> readNumbers(hid_t object, const std::string& name);
 
 bool hasAttribute(hid_t object, const std::string& name);
-std::vector<std::string> attributeNames(hid_t group); ///< as they were made; by name where the group does not know
+std::vector<std::string> attributeNames(hid_t object); ///< in the order in which they were made
 /// @}
 
 } // namespace meridyn::hdf5

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <limits>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -16,7 +17,7 @@ namespace meridyn::hdf5 {
 
 namespace {
 
-constexpr std::uint64_t pageSize = 4096;
+constexpr std::uint64_t pageSize = 512; // a sector, see Journal::Block
 
 bool isSameFile(int descriptor, const std::string& path)
 {
@@ -113,43 +114,48 @@ void FileChannel::recover()
             Journal::remove(_path);
         return;
     }
+    if (size() < journal.fileSize)
+        return; // of another file that once had this name, as below
     Pages pages;
     for (Journal::Block& block : journal.blocks) {
         std::vector<unsigned char> present(block.bytes.size());
         readPadded(block.offset, present.data(), present.size());
-        const std::uint64_t sum = checksum(present.data(), present.size());
-        if (sum != block.oldSum && sum != checksum(block.bytes.data(), block.bytes.size()))
-            return; // of another file that once had this name
+        if (present != block.bytes && checksum(present.data(), present.size()) != block.oldSum)
+            return;
         pages[block.offset] = std::move(block.bytes);
     }
-    if (_mode == Mode::Append) {
-        applyPages(pages);
-        Journal::remove(_path);
-        return;
-    }
-    for (const auto& [offset, bytes] : pages)
-        _frozenSize = std::max(_frozenSize, offset + bytes.size());
     _held = std::move(pages);
+    if (_mode == Mode::Append)
+        applyHeld();
+    else
+        for (const auto& [offset, bytes] : _held)
+            _frozenSize = std::max(_frozenSize, offset + bytes.size());
 }
 
-// What counts is the end that the superblock knows: behind it there may be bytes of a killed writer. They go, so that
-// what is allocated there reads as 0.
+// What counts is the end that the superblock knows: behind it there may be bytes of a killed writer.
 void FileChannel::freeze()
 {
     constexpr std::size_t endOfFileField = 28; // in superblocks of version 2 and 3 with 64-bit offsets
     unsigned char block[endOfFileField + 8] = {};
-    _frozenSize = size();
+    _oldSize = _frozenSize = size();
     readPadded(0, block, sizeof block);
     if (std::memcmp(block, "\211HDF\r\n\032\n", 8) != 0 || (block[8] != 2 && block[8] != 3) || block[9] != 8)
         return;
     std::uint64_t end = 0;
     for (int i = 7; i >= 0; --i)
         end = end << 8 | block[endOfFileField + static_cast<std::size_t>(i)];
-    if (end >= _frozenSize)
+    _oldSize = _frozenSize = std::min(_oldSize, end);
+}
+
+// Bytes of a killed writer go before the first of our own comes, so that what is allocated there reads as 0. Not
+// earlier: only when HDF5 has found the superblock sound does it write.
+void FileChannel::cutTail()
+{
+    if (_mode != Mode::Append || _isTailCut)
         return;
-    _frozenSize = end;
-    if (::ftruncate(_descriptor, static_cast<off_t>(end)) != 0)
+    if (size() > _oldSize && ::ftruncate(_descriptor, static_cast<off_t>(_oldSize)) != 0)
         throw FormatError(systemWords("ftruncate"));
+    _isTailCut = true;
 }
 
 std::size_t FileChannel::readFile(std::uint64_t offset, void* buffer, std::size_t size) const
@@ -203,6 +209,9 @@ void FileChannel::write(std::uint64_t offset, const void* buffer, std::size_t si
 {
     if (_isDiscarding || size == 0)
         return;
+    if (!_postponedError.empty())
+        throw FormatError(_postponedError);
+    cutTail();
     const auto* bytes = static_cast<const unsigned char*>(buffer);
     if (offset < _frozenSize) {
         const auto held = static_cast<std::size_t>(std::min<std::uint64_t>(size, _frozenSize - offset));
@@ -212,6 +221,26 @@ void FileChannel::write(std::uint64_t offset, const void* buffer, std::size_t si
         size -= held;
     }
     writeFile(offset, bytes, size);
+}
+
+void FileChannel::writeOrPostpone(std::uint64_t offset, const void* buffer, std::size_t size)
+{
+    if (_postponedError.empty()) {
+        try {
+            write(offset, buffer, size);
+            return;
+        } catch (const FormatError& error) {
+            postpone(error);
+        }
+    }
+    if (!_isDiscarding)
+        hold(offset, static_cast<const unsigned char*>(buffer), size);
+}
+
+void FileChannel::postpone(const FormatError& error)
+{
+    _postponedError = error.what();
+    _frozenSize = std::numeric_limits<std::uint64_t>::max();
 }
 
 // Held pages are whole, but for the last one, which ends with the frozen bytes.
@@ -263,38 +292,56 @@ void FileChannel::resize(std::uint64_t size)
 {
     if (_isDiscarding || size < _frozenSize)
         return; // the end of an appended file is never cut
-    if (::ftruncate(_descriptor, static_cast<off_t>(size)) != 0)
-        throw FormatError(systemWords("ftruncate"));
+    try {
+        cutTail();
+        if (::ftruncate(_descriptor, static_cast<off_t>(size)) != 0)
+            throw FormatError(systemWords("ftruncate"));
+    } catch (const FormatError& error) {
+        postpone(error);
+    }
 }
 
-void FileChannel::applyPages(const Pages& pages)
+Journal FileChannel::journalOfHeld() const
 {
-    for (const auto& [offset, bytes] : pages)
-        writeFile(offset, bytes.data(), bytes.size());
-    if (::fdatasync(_descriptor) != 0)
-        throw FormatError(systemWords("fsync"));
+    Journal journal;
+    journal.fileSize = size();
+    for (const auto& [offset, bytes] : _held) {
+        std::vector<unsigned char> old(bytes.size());
+        readFile(offset, old.data(), old.size());
+        if (old != bytes)
+            journal.blocks.push_back({offset, checksum(old.data(), old.size()), bytes});
+    }
+    return journal;
+}
+
+// The held bytes stand in a complete journal.
+void FileChannel::applyHeld()
+{
+    try {
+        for (const auto& [offset, bytes] : _held)
+            writeFile(offset, bytes.data(), bytes.size());
+        if (::fdatasync(_descriptor) != 0)
+            throw FormatError(systemWords("fdatasync"));
+    } catch (const FormatError& error) {
+        throw FormatError(std::string(error.what()) + "; the change stands in " + Journal::pathFor(_path) +
+                          " and is finished when the file is next opened for writing");
+    }
+    _held.clear();
+    Journal::remove(_path);
 }
 
 void FileChannel::commit()
 {
+    if (!_postponedError.empty())
+        throw FormatError(_postponedError);
     if (::fsync(_descriptor) != 0)
         throw FormatError(systemWords("fsync"));
-    if (_held.empty())
-        return;
-    Journal journal;
-    for (const auto& [offset, bytes] : _held) {
-        std::vector<unsigned char> old(bytes.size());
-        readFile(offset, old.data(), old.size());
-        if (old == bytes)
-            continue;
-        journal.blocks.push_back({offset, checksum(old.data(), old.size()), bytes});
-    }
+    const Journal journal = journalOfHeld();
     if (journal.blocks.empty())
         return;
     journal.store(_path);
-    applyPages(_held);
-    _held.clear();
-    Journal::remove(_path);
+    _isDecided = true;
+    applyHeld();
 }
 
 void FileChannel::close() noexcept
@@ -302,7 +349,7 @@ void FileChannel::close() noexcept
     if (_descriptor < 0)
         return;
     // Without the cut there are bytes behind the end that nothing refers to: harmless.
-    if (_isDiscarding && _mode == Mode::Append && ::ftruncate(_descriptor, static_cast<off_t>(_frozenSize)) != 0)
+    if (_isDiscarding && _isTailCut && !_isDecided && ::ftruncate(_descriptor, static_cast<off_t>(_oldSize)) != 0)
         errno = 0;
     ::close(_descriptor);
     _descriptor = -1;

@@ -8,6 +8,9 @@
 
 namespace meridyn::hdf5 {
 
+class FormatError;
+struct Journal;
+
 /// The bytes of one open file. HDF5 and our own array code share it: both read and write through it, so that there is
 /// one lock, one place where errors get their words, and one place that protects the old content of a file.
 ///
@@ -37,13 +40,21 @@ public:
     /// The same without the demand: bytes beyond the end read as 0, as HDF5 expects of files that it allocates in.
     void readPadded(std::uint64_t offset, void* buffer, std::size_t size) const;
 
+    /// @throws FormatError
     void write(std::uint64_t offset, const void* buffer, std::size_t size);
 
+    /// The same for HDF5, which cannot close a file that it failed to write: from the first error on everything stays
+    /// in memory, as HDF5 expects to read it back, and the error is thrown by the next write and by commit.
+    void writeOrPostpone(std::uint64_t offset, const void* buffer, std::size_t size);
+
     std::uint64_t size() const;
+
+    /// Makes the file longer, or shorter as far as it is new; errors as in writeOrPostpone.
     void resize(std::uint64_t size);
 
     /// Everything that was written is on the disk afterwards, for Append with the bytes that were held back: either all
     /// of them or, if the process ends on the way, as soon as the file is opened next.
+    /// @throws FormatError; for Append nothing is changed then, unless it says that the change is finished later
     void commit();
 
     /// From now on writing does nothing, so that HDF5 can close a file that will not be kept.
@@ -54,10 +65,6 @@ public:
     void close() noexcept;
 
     const std::string& path() const { return _path; }
-    Mode mode() const { return _mode; }
-
-    /// Bytes below this offset are held back when written.
-    std::uint64_t frozenSize() const { return _frozenSize; }
 
 private:
     using Pages = std::map<std::uint64_t, std::vector<unsigned char>>; // by offset of the page
@@ -65,17 +72,24 @@ private:
     void lock();
     void recover();
     void freeze();
+    void cutTail();
+    Journal journalOfHeld() const;
     void hold(std::uint64_t offset, const unsigned char* bytes, std::size_t size);
+    void postpone(const FormatError& error);
     void patch(std::uint64_t offset, unsigned char* bytes, std::size_t size) const;
     std::size_t readFile(std::uint64_t offset, void* buffer, std::size_t size) const;
     void writeFile(std::uint64_t offset, const void* buffer, std::size_t size);
-    void applyPages(const Pages& pages);
+    void applyHeld();
 
     std::string _path;
     Mode _mode;
     int _descriptor = -1;
     bool _isDiscarding = false;
-    std::uint64_t _frozenSize = 0;
+    bool _isTailCut = false; // what was behind the frozen bytes when an appended file was opened is gone
+    bool _isDecided = false; // the journal is complete: the change is made, if not by us
+    std::string _postponedError;
+    std::uint64_t _oldSize = 0;    // of an appended file
+    std::uint64_t _frozenSize = 0; // bytes below are held back when written: the old ones or, after an error, all
     Pages _held;
 };
 

@@ -104,7 +104,7 @@ herr_t writeFile(H5FD_t* file, H5FD_mem_t, hid_t, haddr_t address, size_t size, 
     return reported(H5E_WRITEERROR, [&] {
         if (address > largestAddress || size > largestAddress - address)
             throw FormatError("writing outside the file, at byte " + std::to_string(address));
-        fileOf(file).channel->write(address, buffer, size);
+        fileOf(file).channel->writeOrPostpone(address, buffer, size);
     });
 }
 

@@ -1,6 +1,7 @@
 #include "Hdf5File.h"
 
 #include "ChunkCodec.h"
+#include "CreationOrder.h"
 #include "FileChannel.h"
 #include "FileDriver.h"
 #include "FormatError.h"
@@ -41,7 +42,7 @@ Handle groupProperties()
 herr_t addName(hid_t, const char* name, const H5L_info_t* info, void* names)
 {
     if (info->type == H5L_TYPE_HARD)
-        static_cast<std::vector<std::string>*>(names)->emplace_back(name);
+        static_cast<std::vector<NumberedName>*>(names)->push_back({info->corder_valid ? info->corder : 0, name});
     return 0;
 }
 
@@ -103,8 +104,7 @@ void Hdf5File::closeForGood() noexcept
     _channel->discard();
     _pendingLinks.clear();
     if (_file)
-        H5Fclose(_file.get());
-    _file = Handle();
+        H5Fclose(_file.release());
     _channel->close();
     if (!_temporaryPath.empty())
         ::unlink(_temporaryPath.c_str());
@@ -141,8 +141,8 @@ void Hdf5File::commit()
     try {
         linkAll();
         checkedCall(H5Fflush(_file.get(), H5F_SCOPE_GLOBAL), "flush");
-        checkedCall(H5Fclose(_file.get()), "close");
-        _file = Handle();
+        const hid_t id = _file.release(); // HDF5 must not be asked twice to close a file, even if it cannot
+        checkedCall(H5Fclose(id), "close");
         _channel->commit();
         if (!_temporaryPath.empty() && std::rename(_temporaryPath.c_str(), _path.c_str()) != 0)
             throw FormatError(systemWords("rename"));
@@ -196,14 +196,10 @@ Handle openOrCreateGroup(hid_t group, const std::string& name)
 std::vector<std::string> linkNames(hid_t group)
 {
     const QuietErrors quiet;
-    std::vector<std::string> names;
+    std::vector<NumberedName> links;
     hsize_t index = 0;
-    if (H5Literate(group, H5_INDEX_CRT_ORDER, H5_ITER_INC, &index, addName, &names) < 0) {
-        names.clear(); // made by another program, without that order
-        index = 0;
-        checkedCall(H5Literate(group, H5_INDEX_NAME, H5_ITER_INC, &index, addName, &names), pathOf(group));
-    }
-    return names;
+    checkedCall(H5Literate(group, H5_INDEX_NAME, H5_ITER_NATIVE, &index, addName, &links), pathOf(group));
+    return inOrderOfCreation(std::move(links));
 }
 
 void removeLink(hid_t group, const std::string& name)

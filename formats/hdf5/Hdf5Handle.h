@@ -20,6 +20,7 @@ public:
     ~Handle();
 
     hid_t get() const { return _id; }
+    hid_t release() { return std::exchange(_id, H5I_INVALID_HID); } ///< the caller closes it
     explicit operator bool() const { return _id >= 0; }
 
 private:

@@ -13,8 +13,8 @@ namespace meridyn::hdf5 {
 
 namespace {
 
-// "KELJRNL1", number of blocks, per block offset, size, checksum of the old bytes and the new bytes; at the end the
-// checksum of everything before it. All numbers little-endian, 64 bits.
+// "KELJRNL1", size of the file, number of blocks, per block offset, size, checksum of the old bytes and the new bytes;
+// at the end the checksum of everything before it. All numbers little-endian, 64 bits.
 constexpr char magic[8] = {'K', 'E', 'L', 'J', 'R', 'N', 'L', '1'};
 constexpr std::uint64_t largestJournal = 1ULL << 32;
 
@@ -42,7 +42,7 @@ struct Cursor {
 
 bool parse(const std::vector<unsigned char>& bytes, Journal& journal)
 {
-    if (bytes.size() < sizeof magic + 16 || std::memcmp(bytes.data(), magic, sizeof magic) != 0)
+    if (bytes.size() < sizeof magic + 24 || std::memcmp(bytes.data(), magic, sizeof magic) != 0)
         return false;
     Cursor tail{bytes, bytes.size() - 8};
     std::uint64_t sum = 0;
@@ -50,7 +50,7 @@ bool parse(const std::vector<unsigned char>& bytes, Journal& journal)
         return false;
     Cursor cursor{bytes, sizeof magic};
     std::uint64_t count = 0;
-    if (!cursor.take(count))
+    if (!cursor.take(journal.fileSize) || !cursor.take(count))
         return false;
     for (; count > 0; --count) {
         Journal::Block block;
@@ -84,6 +84,7 @@ std::string Journal::pathFor(const std::string& file)
 void Journal::store(const std::string& file) const
 {
     std::vector<unsigned char> out(magic, magic + sizeof magic);
+    put(out, fileSize);
     put(out, blocks.size());
     for (const Block& block : blocks) {
         put(out, block.offset);
@@ -94,6 +95,9 @@ void Journal::store(const std::string& file) const
     put(out, checksum(out.data(), out.size()));
 
     const std::string path = pathFor(file);
+    if (out.size() > largestJournal)
+        throw FormatError(path + ": would have " + std::to_string(out.size()) + " bytes, at most " +
+                          std::to_string(largestJournal) + " can be read back");
     const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (descriptor < 0)
         throw FormatError(path + ": " + systemWords("open"));
@@ -127,7 +131,7 @@ bool Journal::load(const std::string& file, Journal& journal)
     struct stat status {};
     std::vector<unsigned char> bytes;
     if (::fstat(descriptor, &status) == 0 && status.st_size > 0 &&
-        static_cast<std::uint64_t>(status.st_size) < largestJournal) {
+        static_cast<std::uint64_t>(status.st_size) <= largestJournal) {
         bytes.resize(static_cast<std::size_t>(status.st_size));
         std::size_t done = 0;
         while (done < bytes.size()) {

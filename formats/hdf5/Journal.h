@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -11,20 +10,23 @@ namespace meridyn::hdf5 {
 ///
 /// It is complete and on the disk before the first old byte is changed, and removed when the last one is. Whoever opens
 /// the file and finds a complete journal finishes the change; an incomplete one is dropped, since then nothing was
-/// changed yet. It holds checksums of the old and of the new bytes, so that it is never applied to another file of
-/// the same name.
+/// changed yet. It holds checksums of the old bytes and the size of the file, so that it is never applied to another
+/// file of the same name.
 struct Journal {
+    /// At most a sector, which a disk writes whole or not at all: so it holds the old bytes or the new ones.
     struct Block {
         std::uint64_t offset = 0;
         std::uint64_t oldSum = 0;
         std::vector<unsigned char> bytes;
     };
 
+    std::uint64_t fileSize = 0; ///< with what was added, which is on the disk before the journal is
     std::vector<Block> blocks;
 
     static std::string pathFor(const std::string& file);
 
-    /// Writes and syncs it.
+    /// Writes and syncs it; on an error there is none.
+    /// @throws FormatError
     void store(const std::string& file) const;
 
     /// @return false when there is none, or none that is complete

@@ -35,11 +35,6 @@ const Layout layouts[] = {
          H5Pset_chunk(creation, 2, chunk);
          H5Pset_filter(creation, meridyn::hdf5::zstandardFilter, H5Z_FLAG_MANDATORY, 1, &level);
      }},
-    {"Fletcher",
-     [](hid_t creation) {
-         H5Pset_chunk(creation, 2, chunk);
-         H5Pset_fletcher32(creation);
-     }},
 };
 
 } // namespace

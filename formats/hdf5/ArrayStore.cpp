@@ -117,32 +117,40 @@ public:
 private:
     void readValues(std::uint64_t first, std::uint64_t count, const Target& target) const override
     {
-        // Whole rows through a hyperslab; the few values before and behind them with their rows.
+        // Rows through a hyperslab, with the few values before and behind the wanted ones; a row of a damaged file may
+        // be larger than any memory, so it is read in pieces.
         const QuietErrors quiet;
         const std::size_t size = sizeOf(_shape.type);
         auto* values = static_cast<unsigned char*>(target.values);
         std::vector<unsigned char>& buffer = _file.buffer();
-        const std::uint64_t rowBytes = _shape.columns * size;
-        std::vector<unsigned char> wideRows;
-        if (rowBytes > buffer.size())
-            wideRows.resize(rowBytes);
-        unsigned char* rows = wideRows.empty() ? buffer.data() : wideRows.data();
-        const std::uint64_t block = std::max<std::uint64_t>(1, buffer.size() / rowBytes);
+        const std::uint64_t columns = _shape.columns;
+        const std::uint64_t room = buffer.size() / size;
         for (std::uint64_t done = 0; done < count;) {
-            const std::uint64_t row = (first + done) / _shape.columns;
-            const std::uint64_t rowCount = std::min(block, _shape.rows - row);
-            readRows(row, rowCount, rows);
-            const std::uint64_t skip = first + done - row * _shape.columns;
-            const std::uint64_t n = std::min(rowCount * _shape.columns - skip, count - done);
-            target.convert(rows + skip * size, values + done * target.size, n);
+            const std::uint64_t row = (first + done) / columns;
+            const std::uint64_t column = (first + done) % columns;
+            const std::uint64_t wanted = column + (count - done);
+            const bool fits = columns <= room;
+            const Block block = fits ? Block{row, 0, std::min(room / columns, (wanted - 1) / columns + 1), columns}
+                                     : Block{row, column, 1, std::min({room, columns - column, count - done})};
+            readBlock(block, buffer.data());
+            const std::uint64_t skip = column - block.column;
+            const std::uint64_t n = std::min(block.rows * block.columns - skip, count - done);
+            target.convert(buffer.data() + skip * size, values + done * target.size, n);
             done += n;
         }
     }
 
-    void readRows(std::uint64_t row, std::uint64_t count, unsigned char* bytes) const
+    struct Block {
+        std::uint64_t row;
+        std::uint64_t column;
+        std::uint64_t rows;
+        std::uint64_t columns;
+    };
+
+    void readBlock(const Block& block, unsigned char* bytes) const
     {
-        const hsize_t start[] = {row, 0};
-        const hsize_t extent[] = {count, _shape.columns};
+        const hsize_t start[] = {block.row, block.column};
+        const hsize_t extent[] = {block.rows, block.columns};
         const Handle space = checkedId(H5Dget_space(_dataSet.get()), _label);
         const int rank = H5Sget_simple_extent_ndims(space.get());
         checkedCall(H5Sselect_hyperslab(space.get(), H5S_SELECT_SET, start, nullptr, extent, nullptr), "selection");

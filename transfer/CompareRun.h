@@ -57,7 +57,9 @@ public:
                 return true;
             const double size = std::max(std::fabs(static_cast<double>(one)), std::fabs(static_cast<double>(other)));
             const double distance = std::fabs(static_cast<double>(one) - static_cast<double>(other));
-            return distance <= options.absoluteTolerance || distance <= options.relativeTolerance * size;
+            // A share of infinity is infinity again, and would hide any difference.
+            const double allowed = std::isfinite(size) ? options.relativeTolerance * size : 0.0;
+            return distance <= options.absoluteTolerance || distance <= allowed;
         } else
             return one == other;
     }

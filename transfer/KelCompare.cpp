@@ -14,6 +14,8 @@ KelCompare::KelCompare(KelProvider& first, KelProvider& second, const KelCompare
 
 bool KelCompare::compareClass(KelDataClass dataClass)
 {
+    for (KelProvider* model : {&_first, &_second})
+        model->getErrors(false, true); // those of this run count
     if (!_first.startReading(dataClass)) {
         _problem = storedErrors(_first, "the first model could not be read");
         return false;
@@ -38,8 +40,11 @@ bool KelCompare::compareClass(KelDataClass dataClass)
     } catch (const std::length_error&) { // a reader promised more values than there can be
         _problem = "not enough memory";
     }
-    _first.endReading(dataClass);
-    _second.endReading(dataClass);
+    for (KelProvider* model : {&_first, &_second}) {
+        if (_problem.empty() && model->hasError()) // what it gave is not all that is there
+            _problem = storedErrors(*model, "");
+        model->endReading(dataClass);
+    }
     return _problem.empty();
 }
 

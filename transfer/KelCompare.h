@@ -41,7 +41,8 @@ public:
     /// Compares two models; the readers stay the caller's and must live as long as the comparison.
     KelCompare(KelProvider& first, KelProvider& second, const KelCompareOptions& options = {});
 
-    /// Compares. False when one of the two could not be read: see problem().
+    /// Compares. False when one of the two could not be read, or stored an error on the way: see problem(). Errors from
+    /// before are dropped.
     bool run();
 
     /// The differences found, in the order of the frames' groups.

@@ -38,6 +38,7 @@ bool KelTransfer::run(KelDataClass dataClass, const Copy& copy)
 {
     _problem.clear();
     _cancelled = false;
+    _source.getErrors(false, true); // those of this run count
     if (!_source.startReading(dataClass)) {
         _problem = storedErrors(_source, "the reader could not open the source");
         return false;
@@ -45,6 +46,8 @@ bool KelTransfer::run(KelDataClass dataClass, const Copy& copy)
     try {
         TransferRun run(_source, _target, _targetFamilies, _progress, _chunkSize, _losses);
         copy(run);
+        if (_source.hasError()) // what it gave is not all that is there
+            throw TransferStopped(storedErrors(_source, ""), false);
         if (!_target.endWriting(dataClass))
             _problem = storedErrors(_target, "the writer could not complete the target");
     } catch (const TransferStopped& stopped) {

@@ -32,7 +32,8 @@ struct KelTransferProgress {
 ///           so is everything that the writer refuses; a target without time levels gets the last of them; with verify,
 ///           also what comes back from the target otherwise than it was.
 /// Failure   false, with problem() telling why; the writer's endWriting is then not asked, so that a format which
-///           completes its files there leaves none.
+///           completes its files there leaves none. An error that the reader stores on the way is a failure, since what
+///           could not be read looks like what is not there; errors from before are dropped.
 class KEL_API KelTransfer {
 public:
     /// Tells how far the transfer is; false cancels it.

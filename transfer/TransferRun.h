@@ -5,6 +5,7 @@
 #include "KelLossReport.h"
 #include "KelProvider.h"
 #include "KelTransfer.h"
+#include "PlainDataTypes.h"
 
 #include <map>
 #include <set>
@@ -44,6 +45,14 @@ public:
 
     /// Notes that the writer refused something.
     void refused(KelFormatFamily family, const std::string& item);
+
+    /// Copies values whose type the reader tells: calls `copy` with a null pointer to it. Without a type they are lost.
+    template <class Copy>
+    void withType(KelFormatFamily family, const std::string& item, KelPlainDataType type, const Copy& copy)
+    {
+        if (!visitPlainType(type, copy))
+            note(family, item, "the reader gives no type");
+    }
 
     /// Tells how far a task is; throws when the transfer is cancelled.
     void tell(const std::string& task, unsigned64 done, unsigned64 total, unsigned64 newBytes);

@@ -1,4 +1,3 @@
-#include "PlainDataTypes.h"
 #include "TransferRun.h"
 
 #include <utility>
@@ -44,8 +43,10 @@ public:
 private:
     void copyIds()
     {
-        std::vector<unsigned64> ids;
+        std::vector<unsigned64> ids(1);
         _run.source.startReadingIdsForSet();
+        if (_members == 0 || _run.source.getIdsForSetInRange(1, 1, ids.data(), 1) == 0)
+            return _run.source.endReadingIdsForSet(); // a set may do without
         _run.target.startWritingIdsForSet();
         forPositions(_run, _task, _members, 1, [&](unsigned64 first, unsigned64 last) {
             ids.resize(last - first + 1);
@@ -62,7 +63,7 @@ private:
     {
         unsigned64 perMember = 0;
         const KelPlainDataType type = _run.source.startReadingDataOfVariableForSet(name, perMember);
-        const bool known = visitPlainType(type, [&](auto* null) {
+        _run.withType(KEL_FAMILY_SETS, itemOf(name), type, [&](auto* null) {
             std::vector<std::remove_pointer_t<decltype(null)>> values;
             _run.target.startWritingDataOfVariableForSet(name, _sizes, perMember, type);
             forPositions(_run, _task, _members, perMember, [&](unsigned64 first, unsigned64 last) {
@@ -70,13 +71,11 @@ private:
                 const unsigned64 found =
                     _run.source.getDataOfVariableForSetInRange(first, last, values.data(), values.size());
                 if (found != values.size())
-                    stopShort("'" + name + "' of " + _task, found, values.size());
+                    stopShort(itemOf(name), found, values.size());
                 _run.target.setDataOfVariableForSetInRange(first, last, values.data(), values.size());
             });
             _run.target.endWritingDataOfVariableForSet();
         });
-        if (!known)
-            _run.note(KEL_FAMILY_SETS, "'" + name + "' of " + _task, "the reader gives no type");
         _run.source.endReadingDataOfVariableForSet();
     }
 
@@ -91,7 +90,7 @@ private:
         _run.source.endReadingSizeOfVariableLengthedVarForSet();
 
         const KelPlainDataType type = _run.source.startReadingVariableLengthedDataOfVariableForSet(name);
-        const bool known = visitPlainType(type, [&](auto* null) {
+        _run.withType(KEL_FAMILY_SETS, itemOf(name), type, [&](auto* null) {
             _run.target.startWritingVariableLengthedDataOfVariableForSet(name, _sizes, type);
             std::vector<std::remove_pointer_t<decltype(null)>> values;
             forPositions(_run, _task, _members, 1, [&](unsigned64 first, unsigned64 last) {
@@ -99,8 +98,6 @@ private:
             });
             _run.target.endWritingVariableLengthedDataOfVariableForSet();
         });
-        if (!known)
-            _run.note(KEL_FAMILY_SETS, "'" + name + "' of " + _task, "the reader gives no type");
         _run.source.endReadingVariableLengthedDataOfVariableForSet();
     }
 
@@ -120,7 +117,7 @@ private:
                 const unsigned64 found = _run.source.getVariableLengthedDataOfVariableForSetInRange(
                     first + from, first + to - 1, values.data(), sum);
                 if (found != sum)
-                    stopShort("'" + name + "' of " + _task, found, sum);
+                    stopShort(itemOf(name), found, sum);
                 _run.target.setVariableLengthedDataOfVariableForSetInRange(first + from, first + to - 1, values.data(),
                                                                            sum);
             }
@@ -165,12 +162,8 @@ private:
         Names names;
         _run.source.getOtherVariablesInSet(names);
         for (const std::string& name : names)
-            visitPlainType(_run.source.getDataTypeOfOtherDataForSet(name), [&](auto* null) {
-                std::vector<std::remove_pointer_t<decltype(null)>> values(
-                    _run.source.getOtherDataForSet(name, null, 0));
-                _run.source.getOtherDataForSet(name, values.data(), values.size());
-                _run.target.writeOtherDataForSet(name, values.data(), values.size());
-            });
+            _run.withType(KEL_FAMILY_SETS, itemOf(name), _run.source.getDataTypeOfOtherDataForSet(name),
+                          [&](auto* null) { copyBlock(name, null); });
         names.clear();
         _run.source.getStringVariablesInSet(names);
         for (const std::string& name : names) {
@@ -179,6 +172,18 @@ private:
             _run.target.writeStringDataForSet(name, text);
         }
     }
+
+    template <class T>
+    void copyBlock(const std::string& name, T* null)
+    {
+        std::vector<T> values(_run.source.getOtherDataForSet(name, null, 0));
+        const unsigned64 found = _run.source.getOtherDataForSet(name, values.data(), values.size());
+        if (found != values.size())
+            stopShort(itemOf(name), found, values.size());
+        _run.target.writeOtherDataForSet(name, values.data(), values.size());
+    }
+
+    std::string itemOf(const std::string& name) const { return "'" + name + "' of " + _task; }
 
     TransferRun& _run;
     std::string _task;
@@ -214,17 +219,17 @@ private:
     void checkTaken(const std::string& name, unsigned64 taken, unsigned64 given)
     {
         if (taken != given)
-            _run.refused(KEL_FAMILY_SET_DATA, "'" + name + "' of " + _task);
+            _run.refused(KEL_FAMILY_SET_DATA, itemOf(name));
     }
 
     void copyVariable(const std::string& name)
     {
         const KelPlainDataType type = _run.source.getDataTypeOfDataForSetData(name);
-        visitPlainType(type, [&](auto* null) {
+        _run.withType(KEL_FAMILY_SET_DATA, itemOf(name), type, [&](auto* null) {
             std::vector<std::remove_pointer_t<decltype(null)>> values;
             unsigned64 perMember = 0;
             if (!_run.source.getDataOfConstantLengthVarForSetData(name, values, perMember))
-                return _run.note(KEL_FAMILY_SET_DATA, "'" + name + "' of " + _task, "the reader gives no values");
+                return _run.note(KEL_FAMILY_SET_DATA, itemOf(name), noValues);
             _run.target.startWritingVariableForSetData(name, perMember, type);
             checkTaken(name, _run.target.setVariableForSetData(values.data(), values.size()), values.size());
             _run.target.endWritingVariableForSetData();
@@ -236,10 +241,10 @@ private:
     {
         const KelPlainDataType type = _run.source.getDataTypeOfDataForSetData(name);
         const KelPlainDataType lengthType = _run.source.getDataTypeOfSizeForSetData(name);
-        visitPlainType(type, [&](auto* null) {
+        _run.withType(KEL_FAMILY_SET_DATA, itemOf(name), type, [&](auto* null) {
             std::vector<std::remove_pointer_t<decltype(null)>> values;
             if (!_run.source.getDataOfVariableLengthVarForSetData(name, values))
-                return _run.note(KEL_FAMILY_SET_DATA, "'" + name + "' of " + _task, "the reader gives no values");
+                return _run.note(KEL_FAMILY_SET_DATA, itemOf(name), noValues);
             _run.target.startWritingVariableLengthVariableForSetData(name, type, lengthType);
             if (lengthType == KEL_PLAIN_SHORT)
                 writeVariableLength<short>(name, values);
@@ -268,11 +273,13 @@ private:
         Names names;
         _run.source.getOtherVariablesInSetData(names);
         for (const std::string& name : names)
-            visitPlainType(_run.source.getDataTypeOfDataForSetData(name), [&](auto* null) {
-                std::vector<std::remove_pointer_t<decltype(null)>> values;
-                _run.source.getOtherDataForSetData(name, values);
-                _run.target.writeOtherDataForSetData(name, values.data(), values.size());
-            });
+            _run.withType(KEL_FAMILY_SET_DATA, itemOf(name), _run.source.getDataTypeOfDataForSetData(name),
+                          [&](auto* null) {
+                              std::vector<std::remove_pointer_t<decltype(null)>> values;
+                              if (!_run.source.getOtherDataForSetData(name, values))
+                                  return _run.note(KEL_FAMILY_SET_DATA, itemOf(name), noValues);
+                              _run.target.writeOtherDataForSetData(name, values.data(), values.size());
+                          });
         names.clear();
         _run.source.getStringVariablesInSetData(names);
         for (const std::string& name : names) {
@@ -282,6 +289,9 @@ private:
         }
     }
 
+    std::string itemOf(const std::string& name) const { return "'" + name + "' of " + _task; }
+
+    static constexpr const char* noValues = "the reader gives no values";
     TransferRun& _run;
     std::string _task;
 };

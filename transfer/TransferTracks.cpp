@@ -1,4 +1,3 @@
-#include "PlainDataTypes.h"
 #include "TransferRun.h"
 
 namespace meridyn {
@@ -7,7 +6,8 @@ namespace {
 
 void copyTrackVariable(TransferRun& run, const std::string& name)
 {
-    const bool known = visitPlainType(run.source.getDataTypeOfParticleTrackVariable(name), [&](auto* null) {
+    const KelPlainDataType type = run.source.getDataTypeOfParticleTrackVariable(name);
+    run.withType(KEL_FAMILY_PARTICLE_TRACKS, "variable '" + name + "'", type, [&](auto* null) {
         std::vector<std::remove_pointer_t<decltype(null)>> values(
             run.source.getValueCountOfParticleTrackVariable(name));
         const unsigned64 found = run.source.getValuesOfParticleTrackVariable(name, values.data(), values.size());
@@ -16,8 +16,6 @@ void copyTrackVariable(TransferRun& run, const std::string& name)
         run.target.setValuesOfParticleTrackVariable(name, values.data(), values.size());
         run.tell("particle tracks", 0, 0, values.size() * sizeof(*null));
     });
-    if (!known)
-        run.note(KEL_FAMILY_PARTICLE_TRACKS, "variable '" + name + "'", "the reader gives no type");
 }
 
 void copyTrackGroup(TransferRun& run, const std::string& group)

@@ -56,24 +56,24 @@ FieldValues readValues(FoamReader& reader, const FieldKind& kind, const char* wh
     FieldValues result;
     const std::string word = reader.seesMark() ? std::string() : reader.word(what);
     if (word == "uniform" && !reader.sees('$') && !reader.sees('#')) {
-        if (kind.components > 1)
+        if (!kind.isScalar())
             reader.expect('(');
         for (unsigned c = 0; c < kind.components; ++c)
             result.values.push_back(reader.number(what));
-        if (kind.components > 1)
+        if (!kind.isScalar())
             reader.expect(')');
         result.isUniform = true;
     } else if (word == "nonuniform" && !reader.sees('$') && !reader.sees('#')) {
         if (reader.sees('L')) {
             const std::string type = reader.word("the type of a list");
             const auto isType = [&](const Rank& rank) {
-                return type == std::string("List<") + rank.typeName + ">" && rank.suffixes.size() == kind.components;
+                return type == std::string("List<") + rank.typeName + ">" && rank.className == std::string(kind.rank);
             };
             if (std::none_of(ranks().begin(), ranks().end(), isType))
                 reader.fail(std::string("expected a list of ") + std::to_string(kind.components) +
                             " values per entry as " + what + ", found '" + type + "'");
         }
-        result.values = reader.scalars(what, kind.components, largestCount);
+        result.values = reader.scalars(what, kind.components, !kind.isScalar(), largestCount);
     } else {
         reader.skipEntry();
         return result;
@@ -158,14 +158,20 @@ FieldKind FieldKind::of(const std::string& className)
          {std::pair{std::string("vol"), Cells}, {std::string("surface"), Faces}, {std::string("point"), Points}})
         for (const Rank& rank : ranks())
             if (name == prefix + rank.className + "Field")
-                return {place, static_cast<unsigned>(rank.suffixes.size()), !isInner && place != Points};
+                return {place, static_cast<unsigned>(rank.suffixes.size()), !isInner && place != Points,
+                        rank.className};
     return {};
+}
+
+bool FieldKind::isScalar() const
+{
+    return std::string(rank) == "Scalar";
 }
 
 std::vector<std::string> FieldKind::suffixes() const
 {
-    const auto hasComponents = [this](const Rank& rank) { return rank.suffixes.size() == components; };
-    const auto found = std::find_if(ranks().begin(), ranks().end(), hasComponents);
+    const auto isOurs = [this](const Rank& other) { return other.className == std::string(rank); };
+    const auto found = std::find_if(ranks().begin(), ranks().end(), isOurs);
     return found != ranks().end() ? found->suffixes : std::vector<std::string>{};
 }
 

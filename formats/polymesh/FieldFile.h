@@ -19,6 +19,10 @@ struct FieldKind {
     Place place = None;
     unsigned components = 0;
     bool hasBoundary = false;
+    const char* rank = ""; ///< "Scalar", "Vector", "SphericalTensor" and its like
+
+    /// Whether each entry is a plain number; all others stand in parentheses, one value alone too.
+    bool isScalar() const;
 
     /// The kind of "volVectorField" and its like; place None for any other class.
     static FieldKind of(const std::string& className);

@@ -210,7 +210,8 @@ std::vector<std::uint32_t> FoamReader::labels(const char* what, std::uint64_t li
     return values;
 }
 
-std::vector<double> FoamReader::scalars(const char* what, unsigned components, std::uint64_t largestCount)
+std::vector<double> FoamReader::scalars(const char* what, unsigned components, bool inParentheses,
+                                        std::uint64_t largestCount)
 {
     const std::uint64_t bytes = _header.isBinary ? std::uint64_t{components} * _header.scalarBytes : components;
     const Opening opening = open(what, bytes, largestCount);
@@ -224,11 +225,11 @@ std::vector<double> FoamReader::scalars(const char* what, unsigned components, s
     for (std::uint64_t n = 0; !atClose(opening, n, what); ++n) {
         if (n == largestCount)
             fail(std::string("the list of ") + what + " has more than " + std::to_string(largestCount) + " entries");
-        if (components > 1)
+        if (inParentheses)
             expect('(');
         for (unsigned c = 0; c < components; ++c)
             values.push_back(textScalar(what));
-        if (components > 1)
+        if (inParentheses)
             expect(')');
     }
     if (opening.isRepeated)

@@ -81,7 +81,9 @@ public:
 
     /// A list of numbers, `components` for each entry, given one entry after the other. A list of one value for all is
     /// written out; `largestCount` bounds the entries.
-    std::vector<double> scalars(const char* what, unsigned components, std::uint64_t largestCount);
+    ///
+    /// @param inParentheses  whether entries in text form stand in parentheses, as all but plain numbers do
+    std::vector<double> scalars(const char* what, unsigned components, bool inParentheses, std::uint64_t largestCount);
 
     /// A list of yes and no, as 1 and 0.
     std::vector<unsigned char> flags(const char* what, std::uint64_t largestCount);

@@ -19,7 +19,7 @@ void readPoints(const std::string& path, PolyMesh& mesh)
     ByteSource source(path);
     FoamReader reader(source);
     reader.readHeader({"vectorField", "pointField"});
-    mesh.points = reader.scalars("points", 3, FoamReader::anyCount);
+    mesh.points = reader.scalars("points", 3, true, FoamReader::anyCount);
 }
 
 void readFaces(const std::string& path, PolyMesh& mesh)

@@ -143,12 +143,15 @@ TEST(Compare, NansAreEqualAndInfinitiesAreNotClose)
     const double nan = std::nan(""), infinity = std::numeric_limits<double>::infinity();
     KelCompareOptions loose;
     loose.absoluteTolerance = 1e300;
+    loose.relativeTolerance = 0.5;
     makeRichModel("memory:one", nullptr, mixture(nan));
     makeRichModel("memory:other", nullptr, mixture(nan));
     EXPECT_TRUE(differences("memory:one", "memory:other").empty());
     makeRichModel("memory:other", nullptr, mixture(1.0));
     EXPECT_FALSE(differences("memory:one", "memory:other", loose).empty());
     makeRichModel("memory:one", nullptr, mixture(infinity));
+    EXPECT_FALSE(differences("memory:one", "memory:other", loose).empty());
+    makeRichModel("memory:other", nullptr, mixture(-infinity));
     EXPECT_FALSE(differences("memory:one", "memory:other", loose).empty());
     makeRichModel("memory:other", nullptr, mixture(infinity));
     EXPECT_TRUE(differences("memory:one", "memory:other").empty());

@@ -140,6 +140,7 @@ void runCheck(const Options& options, Session& session)
         throw model.failure(check.problem(), KEL_CASE);
     }
     progress.finish();
+    model.expectNoErrors();
     std::string unit;
     model.reader().getMeshUnits(unit);
     if (options.json)

@@ -33,6 +33,8 @@ public:
         std::filesystem::path root = parent;
         if (parent.empty())
             root = std::filesystem::temp_directory_path(error);
+        if (error)
+            throw Failure("the folder for temporary files: " + error.message());
         _path = (root / "kel-conform-XXXXXX").string();
         if (mkdtemp(_path.data()) == nullptr)
             throw Failure(root.string() + ": " + std::strerror(errno));

@@ -194,6 +194,7 @@ void runInfo(const Options& options, Session& session)
     Progress progress(session.terminal);
     const ModelSummary summary = summarise(model, options.stats, progress);
     progress.finish();
+    model.expectNoErrors();
     if (options.json) {
         session.terminal.write(jsonText(summary));
         return;

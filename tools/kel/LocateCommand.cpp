@@ -68,6 +68,7 @@ void runLocate(const Options& options, Session& session)
     Answer answer;
     const bool isFound = locations.resolveLocation(options.location, 0, options.map, answer.cellZones, answer.sides);
     locations.explainLocation(options.location, answer.entries);
+    model.expectNoErrors();
     if (options.json)
         session.terminal.write(jsonText(options, answer));
     else

@@ -97,6 +97,17 @@ Failure Model::failure(const std::string& otherwise, KelDataClass dataClass)
     return Failure(aboutFile(has(dataClass) ? file(dataClass) : _path, errorsOf(*_reader, otherwise)));
 }
 
+void Model::expectNoErrors()
+{
+    if (!_reader->hasError())
+        return;
+    const std::string text = errorsOf(*_reader, "");
+    for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
+        if (has(dataClass) && text.starts_with(file(dataClass)))
+            throw Failure(text);
+    throw Failure(aboutFile(_path, text));
+}
+
 std::string aboutFile(const std::string& file, const std::string& text)
 {
     // Formats name the file themselves, with or without its folder.

@@ -42,6 +42,9 @@ public:
     /// A Failure about one of the model's files: the file's name and the errors that the reader has stored.
     Failure failure(const std::string& otherwise, KelDataClass dataClass);
 
+    /// Throws Failure when the reader has stored errors: what it gave is then not all that the files hold.
+    void expectNoErrors();
+
 private:
     std::string _path;
     KelFormat _format;

@@ -223,6 +223,7 @@ void runSettings(const Options& options, Session& session)
         if (!model.has(dataClass) || (options.data && dataClass == KEL_CASE))
             continue;
         const std::vector<Entry> entries = entriesOf(model.reader(), dataClass);
+        model.expectNoErrors();
         if (options.json)
             writeEntries(json, entries, dataClass);
         else if (!options.path.empty())

@@ -96,6 +96,8 @@ static ExitCode parseAndRun(CLI::App& tool, Session& session, int argc, const ch
         session.terminal.complain("not enough memory");
     } catch (const std::length_error&) { // a size of a file that no vector can have
         session.terminal.complain("not enough memory");
+    } catch (const std::exception& error) { // the format of a plug-in may throw anything
+        session.terminal.complain(error.what());
     }
     return EXIT_COULD_NOT;
 }

@@ -4,8 +4,6 @@
 #include "KelTransfer.h"
 #include "Model.h"
 
-#include <cerrno>
-#include <cstring>
 #include <memory>
 
 namespace meridyn::tool {
@@ -39,14 +37,16 @@ struct Options {
     bool dataOnly = false;
 };
 
-void trace(Model& model, KelTransfer& transfer, KelDataClass dataClass)
+/// False when the output takes no more, which the end of the run reports.
+bool trace(Model& model, KelTransfer& transfer, KelDataClass dataClass)
 {
     if (dataClass == KEL_CASE ? transfer.copyCase() : transfer.copyData())
-        return;
-    if (transfer.wasCancelled())
-        throw wasInterrupted() ? Interrupted(aboutFile(model.path(), "interrupted"))
-                               : Interrupted(std::string("standard output: ") + std::strerror(EIO));
-    throw Failure(aboutFile(model.path(), transfer.problem()));
+        return true;
+    if (!transfer.wasCancelled())
+        throw Failure(aboutFile(model.path(), transfer.problem()));
+    if (wasInterrupted())
+        throw Interrupted(aboutFile(model.path(), "interrupted"));
+    return false;
 }
 
 void runTrace(const Options& options, Session& session)
@@ -56,8 +56,8 @@ void runTrace(const Options& options, Session& session)
     session.library.speak();
     KelTransfer transfer(model.reader(), writer);
     transfer.setProgress([](const KelTransferProgress&) { return !wasInterrupted() && std::cout.good(); });
-    if (!options.dataOnly && model.has(KEL_CASE))
-        trace(model, transfer, KEL_CASE);
+    if (!options.dataOnly && model.has(KEL_CASE) && !trace(model, transfer, KEL_CASE))
+        return;
     if (!options.caseOnly && model.has(KEL_DATA)) {
         if (options.dataOnly && model.has(KEL_CASE))
             model.open(KEL_CASE); // values belong to zones

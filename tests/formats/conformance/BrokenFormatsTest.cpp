@@ -248,6 +248,19 @@ TEST(Conformance, ReportsAsText)
     EXPECT_NE(text.find("\n1 passed, 2 failed\n"), std::string::npos) << text;
 }
 
+TEST(Conformance, RunsAllChecksAndTellsWhetherOneFailed)
+{
+    const TemporaryFolder folder;
+    KelFormat format = *KelFormatRegistry::instance().find("memory");
+    KelFormatConformance whole(format, folder.path());
+    EXPECT_TRUE(whole.run()) << whole.text();
+    EXPECT_EQ(whole.results().size(), whole.checks().size());
+    format.makeWriter = writer<LosesFirstLogEntry>();
+    KelFormatConformance broken(format, folder.path());
+    EXPECT_FALSE(broken.run());
+    EXPECT_EQ(broken.results().size(), broken.checks().size());
+}
+
 TEST(Conformance, PrintsNothing)
 {
     const TemporaryFolder folder;

@@ -242,6 +242,23 @@ TEST(DamagedField, WrongNumberOfBoundaryValues)
                 ::testing::ElementsAre(small.file("1/p") + ": expected 1 boundary values of patch 'left', found 2"));
 }
 
+TEST(DamagedField, KindsThatChangeInTimeAreRefused)
+{
+    const SmallCase small;
+    small.write("0/p", SmallCase::field("volScalarField", "uniform 1"));
+    small.write("1/p", SmallCase::field("volVectorField", "uniform (1 2 3)"));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    std::vector<int> zones;
+    reader.startReadingTimeLevel(1);
+    EXPECT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, "p-y", zones), 1u);
+    reader.startReadingTimeLevel(0);
+    EXPECT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, "p-y", zones), 0u);
+    EXPECT_THAT(reader.getErrors(false, true),
+                ::testing::ElementsAre(small.file("0/p") + ": expected a field of 3 values per entry, as at other "
+                                                           "times, found one of 1, or of other elements"));
+}
+
 TEST(DamagedField, FieldsWithDamagedHeadsAreLeftOutWithAWarning)
 {
     const SmallCase small;

@@ -86,6 +86,26 @@ TEST(PolyMeshFields, VectorsAndTensorsAreComponents)
     EXPECT_EQ(attribute(reader, "U-z", "Units"), "m s^-1");
 }
 
+TEST(PolyMeshFields, SphericalTensorsAreOneComponentInParentheses)
+{
+    const SmallCase small;
+    small.write("1/S", SmallCase::field("volSphericalTensorField", "nonuniform List<sphericalTensor> 2((3)(4))",
+                                        "left { type fixedValue; value uniform (7); }"));
+    small.write("1/T", SmallCase::field("volSphericalTensorField", "uniform 3"));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    std::vector<std::string> names;
+    reader.getPhaseVariablesOfCategory(KEL_CELL_ZONE, names);
+    EXPECT_THAT(names, ElementsAre("S-ii", "T-ii"));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "S-ii"), ElementsAre(3, 4));
+    EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "S-ii"), ElementsAre(7));
+    EXPECT_EQ(attribute(reader, "S-ii", "Long Name"), "S, component ii");
+    EXPECT_EQ(attribute(reader, "S-ii", "Component Names"), "S-ii");
+    EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "T-ii"), IsEmpty());
+    EXPECT_THAT(reader.getErrors(false, true), ElementsAre(small.file("1/T") + ": line 3: expected '(', found '3'"));
+}
+
 TEST(PolyMeshFields, BinaryFieldsInBothWidths)
 {
     const SmallCase small;

@@ -264,6 +264,38 @@ TEST(PolyMeshMeshes, FieldsOfAnotherTopologyAreRefused)
     EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "p"), ElementsAre(4, 4));
 }
 
+TEST(PolyMeshMeshes, AReaderThatIsClosedGivesNothing)
+{
+    const SmallCase small;
+    small.write("constant/polyMesh/faceZones",
+                SmallCase::head("regIOobject") + "1 ( z { type faceZone; faceLabels List<label> 1(1); } )");
+    KelPolyMeshProvider reader;
+    for (const bool wasOpen : {false, true}) {
+        if (wasOpen) {
+            ASSERT_TRUE(reader.startReading(small.path(), KEL_CASE));
+            EXPECT_THAT(reader.availableTargets(1, KEL_CASE), ElementsAre(KEL_DEFAULT_TARGET));
+            EXPECT_TRUE(reader.startReadingSet("z"));
+            EXPECT_FALSE(reader.startReadingSet("y"));
+            EXPECT_TRUE(reader.endReading(KEL_CASE));
+        }
+        EXPECT_FALSE(reader.isReadingData());
+        EXPECT_FALSE(reader.endReading(KEL_CASE));
+        EXPECT_THAT(reader.availableTargets(1, KEL_CASE), IsEmpty());
+        EXPECT_FALSE(reader.startReadingSet("z"));
+        unsigned64 id = 7;
+        EXPECT_EQ(reader.getIdsForSetInRange(1, 1, &id, 1), 0u);
+        Ids sizes = {1}, least, most;
+        reader.getSizesAndMinMaxIdsForSet(sizes, least, most);
+        EXPECT_THAT(sizes, IsEmpty());
+        EXPECT_EQ(reader.getCell0sForFacesInRange(1, 1, &id, 1), 0u);
+        std::vector<int> zones = {7};
+        EXPECT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, 1, zones), 0u);
+        EXPECT_THAT(zones, IsEmpty());
+        EXPECT_EQ(id, 7u);
+    }
+    EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
+}
+
 TEST(PolyMeshSettings, DictionariesComeOver)
 {
     const SmallCase small;
@@ -294,6 +326,22 @@ TEST(PolyMeshSettings, DictionariesComeOver)
                             ": line 2: expected the name of an entry, found the end of the file"));
 }
 
+TEST(PolyMeshSettings, ProgramTextIsTakenAsItIs)
+{
+    const SmallCase small;
+    small.write("system/controlDict",
+                SmallCase::head("dictionary") + "code #{ if (a) { b; } #}; quoted \"a \\\"b\\\"; {\"; after 1;");
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_CASE));
+    std::vector<std::string> names;
+    reader.getSettingsKeysOfGroup(KEL_CASE, "controlDict", names);
+    EXPECT_THAT(names, ElementsAre("code", "quoted", "after"));
+    std::string text;
+    reader.getSettingString(KEL_CASE, "code", text, "controlDict");
+    EXPECT_EQ(text, " if (a) { b; } ");
+    EXPECT_FALSE(reader.addSetting(KEL_CASE, "d", "code #{ b;", "OPENFOAM")); // never closed
+}
+
 TEST(PolyMeshSettings, TheParserIsRegistered)
 {
     KelPolyMeshProvider reader;
@@ -304,6 +352,7 @@ TEST(PolyMeshSettings, TheParserIsRegistered)
     EXPECT_EQ(reader.getSettings(KEL_CASE, "e/a", -1).asString(), "");
     EXPECT_FALSE(reader.addSetting(KEL_CASE, "d", "a { b", "OPENFOAM"));
     EXPECT_FALSE(reader.addSetting(KEL_CASE, "d", "", "OPENFOAM"));
+    EXPECT_FALSE(reader.addSettingsDataSet(KEL_CASE, "e", "a { b", "OPENFOAM", {"a"}));
 }
 
 TEST(PolyMeshLocations, ABodyPerCellZoneAndAFacePerPatch)

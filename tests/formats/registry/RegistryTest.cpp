@@ -209,6 +209,7 @@ TEST(Plugin, BadOnesAreRefusedWithTheReason)
         {plugins + "/plugin_nothing.so", ": its kelFormatPlugin gives nothing"},
         {plugins + "/plugin_incomplete.so", ": its format 'useless' is incomplete, or the name is taken"},
         {plugins + "/plugin_throws.so", ": its kelFormatPlugin fails: an exception, no licence"},
+        {plugins + "/plugin_throws_number.so", ": its kelFormatPlugin fails: something was thrown"},
         {text, ": not loaded: "},
         {missing, ": not loaded: "},
         {folder.path(), ": not loaded: "},

@@ -171,6 +171,33 @@ TEST(Tool, SaysWhenItsAnswerCouldNotBeWritten)
     EXPECT_EQ(ran.err, "kel: standard output: No space left on device\n");
 }
 
+TEST(Tool, SurvivesAPluginThatThrows)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder.file("good.thin", "thin ok 0\n");
+    const Ran ran = runKel({"info", file}, {{"THIN_THROWS", "1"}});
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_EQ(ran.err, "kel: no licence\n");
+}
+
+TEST(Tool, ComplainsOnceOfAnOutputThatIsFull)
+{
+    for (const Arguments& arguments : {Arguments{"trace", "box:1x1x1"}, Arguments{"info", "box:1x1x1"}}) {
+        const Ran ran = runKel(arguments, {}, nullptr, "/dev/full");
+        EXPECT_EQ(ran.code, 2) << arguments[0];
+        EXPECT_EQ(linesOf(ran.err), 1U) << ran.err;
+        EXPECT_THAT(ran.err, StartsWith("kel: standard output: "));
+    }
+}
+
+TEST(Conform, LeavesTheCurrentFolderAlone)
+{
+    const Ran ran = runKel({"conform", "memory"}, {{"TMPDIR", "/none"}});
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_THAT(ran.err, StartsWith("kel: the folder for temporary files: "));
+    EXPECT_EQ(runKel({"conform", "memory", "--folder", "/none"}).err, "kel: /none: No such file or directory\n");
+}
+
 // ---- JSON ---------------------------------------------------------------------------------------------------------
 
 namespace {
@@ -237,6 +264,12 @@ TEST(Info, ShowsRangesOnDemand)
     const Ran ran = runKel({"info", "--stats", "box:4x4x4 fields:1"});
     EXPECT_THAT(ran.out, HasSubstr("smallest"));
     EXPECT_THAT(ran.out, HasSubstr("largest"));
+}
+
+TEST(Info, CutsLongListsOfTimeLevels)
+{
+    EXPECT_THAT(runKel({"info", "box:1x1x1 fields:1 levels:12"}).out,
+                HasSubstr("  time levels  1, 2, 3, 4, 5, 6, 7, 8, 9, 10 ... 12\n"));
 }
 
 // ---- check --------------------------------------------------------------------------------------------------------
@@ -372,6 +405,17 @@ TEST(Formats, ShowsPluginsToo)
     EXPECT_EQ(runKel({"formats", "--markdown", "--json"}).code, 2);
 }
 
+TEST(Formats, ComplainOfFoldersOfPluginsThatAreNotThere)
+{
+    const Variables none = {{"KEL_FORMAT_PLUGIN_DIR", "/none"}};
+    const Ran ran = runKel({"formats"}, none);
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_THAT(ran.out, HasSubstr("generated"));
+    EXPECT_EQ(ran.err, "kel: /none: No such file or directory\n");
+    EXPECT_THAT(runKel({"formats", "--json"}, none).out,
+                HasSubstr("\"pluginProblems\": [\n    \"/none: No such file or directory\"\n  ]"));
+}
+
 // ---- map ----------------------------------------------------------------------------------------------------------
 
 namespace {
@@ -451,6 +495,29 @@ TEST(Map, CheckFindsFilesForTheSameVocabularies)
     EXPECT_EQ(ran.code, 1);
     EXPECT_THAT(ran.out, HasSubstr("another file leads from A to B as well; this one is not used\n2 mapping files, 1 "
                                    "problem\n"));
+}
+
+TEST(Map, CheckFindsHeadersWithoutTheNameOfTheTarget)
+{
+    const TemporaryFolder folder;
+    folder.file("a-b.xml", "<?xml version=\"1.0\"?><mapping><attribute key=\"Source\" value=\"A\"/><attribute "
+                           "key=\"Target\" value=\"B\"/><contents>" +
+                               variable("p", "pressure") + "</contents></mapping>");
+    const Ran ran = runKel({"map", "--check"}, mappingFolder(folder));
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_THAT(ran.out, HasSubstr("a-b.xml: no attribute holds the names in B: the header lacks 'Attribute Name Of "
+                                   "Mapped Key'\n"));
+}
+
+TEST(Map, FindsTheFolderOfTheInstallation)
+{
+    const TemporaryFolder folder;
+    const std::filesystem::path variables = folder.path() / "commonfiles/fluids/config/variables";
+    std::filesystem::create_directories(variables);
+    std::ofstream(variables / "a-b.xml") << mapping("A", "B", variable("p", "pressure"));
+    const Ran ran = runKel({"map", "--check"}, {{"TVR_ROOT251", folder.path().string()}});
+    EXPECT_EQ(ran.code, 0) << ran.err;
+    EXPECT_EQ(ran.out, "1 mapping file, 0 problems\n");
 }
 
 TEST(Map, CheckIsGoodForTheExample)

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <thread>
 
 namespace meridyn {
@@ -51,8 +52,15 @@ private:
     unsigned64 _nodes = 0;
 };
 
-/// Finds out only whether a file is damaged.
+/// Finds out only whether a file is damaged. Fails in a way that no reader should when THIN_THROWS is set.
 class ThinReader : public KelFileProvider {
+public:
+    ThinReader()
+    {
+        if (std::getenv("THIN_THROWS") != nullptr)
+            throw std::runtime_error("no licence");
+    }
+
 protected:
     bool openData(KelDataClass, const std::string& fileName) override
     {

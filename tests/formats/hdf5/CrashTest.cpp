@@ -222,7 +222,8 @@ TEST_P(Crash, AnyCallThatFailsLosesNothing)
                 calls = fileCalls::disarm();
                 words = writer.errors();
             }
-            const bool mustContinue = words.find("is finished when the file is next opened for writing") != std::string::npos;
+            const bool mustContinue =
+                words.find("is finished when the file is next opened for writing") != std::string::npos;
             EXPECT_EQ(isDone(), succeeded || mustContinue) << words;
             if (!succeeded) {
                 ++reported;

@@ -13,8 +13,6 @@ constexpr auto noCategory = static_cast<KelZoneCategory>(-1);
 
 } // namespace
 
-// NOLINTBEGIN(bugprone-macro-parentheses): the macros' argument is a type
-
 // ---- particles and particle tracks
 
 bool KelProvider::hasParticles() const
@@ -356,7 +354,5 @@ unsigned64 KelProvider::getStringDataForSetData(const std::string&, std::string&
 
 void KelProvider::endReadingSetData()
 {}
-
-// NOLINTEND(bugprone-macro-parentheses)
 
 } // namespace meridyn

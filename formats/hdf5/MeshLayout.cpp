@@ -7,20 +7,20 @@ namespace meridyn::hdf5 {
 namespace {
 
 const ArrayInfo listInfos[listsCount] = {
-    {KEL_EDGE_ZONE, "node", KEL_NODE_ZONE},  {KEL_FACE_ZONE, "node", KEL_NODE_ZONE},
-    {KEL_FACE_ZONE, "child", KEL_FACE_ZONE}, {KEL_CELL_ZONE, "node", KEL_NODE_ZONE},
-    {KEL_CELL_ZONE, "face", KEL_FACE_ZONE},  {KEL_CELL_ZONE, "child", KEL_CELL_ZONE},
+    {"node", KEL_EDGE_ZONE, KEL_NODE_ZONE},  {"node", KEL_FACE_ZONE, KEL_NODE_ZONE},
+    {"child", KEL_FACE_ZONE, KEL_FACE_ZONE}, {"node", KEL_CELL_ZONE, KEL_NODE_ZONE},
+    {"face", KEL_CELL_ZONE, KEL_FACE_ZONE},  {"child", KEL_CELL_ZONE, KEL_CELL_ZONE},
 };
 
 const ArrayInfo idInfos[idsCount] = {
-    {KEL_FACE_ZONE, "cell0", KEL_CELL_ZONE},
-    {KEL_FACE_ZONE, "cell1", KEL_CELL_ZONE},
-    {KEL_FACE_ZONE, "shadow_face", KEL_FACE_ZONE},
+    {"cell0", KEL_FACE_ZONE, KEL_CELL_ZONE},
+    {"cell1", KEL_FACE_ZONE, KEL_CELL_ZONE},
+    {"shadow_face", KEL_FACE_ZONE, KEL_FACE_ZONE},
 };
 
 const ArrayInfo intInfos[intsCount] = {
-    {KEL_CELL_ZONE, "type", KEL_CELL_ZONE},
-    {KEL_CELL_ZONE, "partition", KEL_CELL_ZONE},
+    {"type", KEL_CELL_ZONE, KEL_CELL_ZONE},
+    {"partition", KEL_CELL_ZONE, KEL_CELL_ZONE},
 };
 
 bool takeNumber(const std::string& text, std::size_t& at, const std::string& label, int& value)

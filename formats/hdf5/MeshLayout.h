@@ -36,9 +36,9 @@ enum class Ints : int {
 constexpr int intsCount = 2;
 
 struct ArrayInfo {
-    KelZoneCategory category; ///< of the elements that carry it
     const char* name;
-    KelZoneCategory target; ///< of the elements whose ids it holds
+    KelZoneCategory category; ///< of the elements that carry it
+    KelZoneCategory target;   ///< of the elements whose ids it holds
 };
 
 const ArrayInfo& infoOf(Lists lists);

@@ -4,6 +4,7 @@
 #include "KelCompare.h"
 
 #include <gtest/gtest.h>
+#include <new>
 
 namespace meridyn {
 namespace {
@@ -83,38 +84,48 @@ TEST(WriterRefusals, AtTheEndAreAProblem)
 
 // ---- memory -------------------------------------------------------------------------------------------------------
 
-/// Says that the interface of a zone has more values than a vector, or than memory, can hold.
+/// Says that the interface of a zone has more values than a vector can hold.
 struct ClaimsMuch : KelMemoryProvider {
-    explicit ClaimsMuch(unsigned64 count) : claimed(count) {}
     bool getInterfaceDataSizesForFacesInZone(int zone, unsigned64& na, unsigned64& nb, unsigned64& count0,
                                              unsigned64& count1) const override
     {
         const bool known = KelMemoryProvider::getInterfaceDataSizesForFacesInZone(zone, na, nb, count0, count1);
-        na = claimed;
+        na = 1ULL << 61;
         return known;
     }
-    unsigned64 claimed;
 };
 
-TEST(Memory, ThatThereIsNotIsAProblem)
+/// Has no memory left for the interface of a zone.
+struct RunsOut : KelMemoryProvider {
+    bool getInterfaceDataSizesForFacesInZone(int, unsigned64&, unsigned64&, unsigned64&, unsigned64&) const override
+    {
+        throw std::bad_alloc();
+    }
+};
+
+template <class Source>
+class Memory : public ::testing::Test {};
+
+using HungryReaders = ::testing::Types<ClaimsMuch, RunsOut>;
+TYPED_TEST_SUITE(Memory, HungryReaders);
+
+TYPED_TEST(Memory, ThatThereIsNotIsAProblem)
 {
     makeRichModel("memory:rich");
-    for (const unsigned64 count : {1ULL << 61, 1ULL << 50}) { // beyond a vector, beyond any machine
-        ClaimsMuch source(count);
-        KelMemoryProvider rich;
-        KelMemoryConsumer target;
-        setBoth(source, "memory:rich");
-        setBoth(rich, "memory:rich");
-        setBoth(target, "memory:copy");
-        KelTransfer transfer(source, target);
-        EXPECT_FALSE(transfer.copyCase());
-        EXPECT_EQ(transfer.problem(), "not enough memory");
-        EXPECT_FALSE(source.isReadingData());
-        KelCompare compare(rich, source);
-        EXPECT_FALSE(compare.run());
-        EXPECT_EQ(compare.problem(), "not enough memory");
-        EXPECT_FALSE(source.isReadingData() || rich.isReadingData());
-    }
+    TypeParam source;
+    KelMemoryProvider rich;
+    KelMemoryConsumer target;
+    setBoth(source, "memory:rich");
+    setBoth(rich, "memory:rich");
+    setBoth(target, "memory:copy");
+    KelTransfer transfer(source, target);
+    EXPECT_FALSE(transfer.copyCase());
+    EXPECT_EQ(transfer.problem(), "not enough memory");
+    EXPECT_FALSE(source.isReadingData());
+    KelCompare compare(rich, source);
+    EXPECT_FALSE(compare.run());
+    EXPECT_EQ(compare.problem(), "not enough memory");
+    EXPECT_FALSE(source.isReadingData() || rich.isReadingData());
 }
 
 // ---- lengths ------------------------------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include "KelTransfer.h"
 
 #include <functional>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -32,8 +33,7 @@ public:
     static std::vector<T> ramp(std::size_t count)
     {
         std::vector<T> values(count);
-        for (std::size_t n = 0; n < count; ++n)
-            values[n] = static_cast<T>(n + 1);
+        std::iota(values.begin(), values.end(), static_cast<T>(1));
         return values;
     }
 

@@ -1,5 +1,5 @@
 #include "CompareRun.h"
-#include "PlainDataTypes.h"
+#include "KelValueTypes.h"
 
 #include <algorithm>
 

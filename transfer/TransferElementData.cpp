@@ -1,4 +1,4 @@
-#include "PlainDataTypes.h"
+#include "KelValueTypes.h"
 #include "TransferRun.h"
 
 #include <vector>

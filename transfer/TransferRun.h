@@ -5,7 +5,7 @@
 #include "KelLossReport.h"
 #include "KelProvider.h"
 #include "KelTransfer.h"
-#include "PlainDataTypes.h"
+#include "KelValueTypes.h"
 
 #include <map>
 #include <set>

@@ -2,6 +2,7 @@
 
 #include "KelSolutionModel.h"
 
+#include <algorithm>
 #include <list>
 
 namespace meridyn {
@@ -79,6 +80,90 @@ std::map<std::string, std::string> attributesOf(const KelSolutionModel& model, I
 
 KelFormatConsumer::KelFormatConsumer() = default;
 KelFormatConsumer::~KelFormatConsumer() = default;
+
+// ---- switches
+
+void KelFormatConsumer::setAppendOn(bool on)
+{
+    _isAppendOn = on;
+}
+
+void KelFormatConsumer::setOverrideSettingsOn(bool on)
+{
+    _isOverrideSettingsOn = on;
+}
+
+void KelFormatConsumer::setWriteSettingsOn(bool on)
+{
+    _isWriteSettingsOn = on;
+}
+
+bool KelFormatConsumer::isAppendOn() const
+{
+    return _isAppendOn;
+}
+
+bool KelFormatConsumer::isOverrideSettingsOn() const
+{
+    return _isOverrideSettingsOn;
+}
+
+bool KelFormatConsumer::isWriteSettingsOn() const
+{
+    return _isWriteSettingsOn;
+}
+
+// ---- forms of one operation
+
+void KelFormatConsumer::startWritingTypesForCells(const std::vector<int>& zoneIds,
+                                                  const std::vector<KelCellType>& types)
+{
+    announce(KelArray::CellTypes, zoneIds);
+    for (std::size_t i = 0; i < std::min(zoneIds.size(), types.size()); ++i)
+        if (const auto [first, last] = rangeOfZone(zoneIds[i]); types[i] != -1 && first != 0 && last >= first)
+            keepUniform(KelArray::CellTypes, first, last, types[i]);
+}
+
+// ---- what a format overrides
+
+void KelFormatConsumer::announce(KelArray, const std::vector<int>&)
+{}
+
+void KelFormatConsumer::keep(KelArray, unsigned64, unsigned64, const KelValues&)
+{}
+
+void KelFormatConsumer::keepUniform(KelArray, unsigned64, unsigned64, signed64)
+{}
+
+void KelFormatConsumer::keepInterface(int, const KelInterfaceValues&)
+{}
+
+void KelFormatConsumer::startVariable(KelCollection, const std::string&, unsigned64, KelPlainDataType)
+{}
+
+void KelFormatConsumer::startLists(KelCollection, const std::string&, KelPlainDataType, KelPlainDataType)
+{}
+
+void KelFormatConsumer::startLengths(const std::string&, KelPlainDataType)
+{}
+
+bool KelFormatConsumer::append(KelPart, const KelValues&)
+{
+    return false;
+}
+
+bool KelFormatConsumer::appendLists(const KelValues&, const KelValues&)
+{
+    return false;
+}
+
+void KelFormatConsumer::keepBlock(KelCollection, const std::string&, const KelValues&)
+{}
+
+void KelFormatConsumer::keepText(KelCollection, const std::string&, const std::string&)
+{}
+
+// ---- what KelBase knows
 
 KelMeshDescription KelFormatConsumer::describeMesh() const
 {

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <list>
-#include <optional>
 
 namespace meridyn {
 
@@ -61,11 +60,6 @@ KelFormatProvider::~KelFormatProvider() = default;
 void KelFormatProvider::getSettingsKeys(KelDataClass dataClass, std::vector<std::string>& keys) const
 {
     getSettingsKeysOfGroup(dataClass, _defaultSettingsPath, keys);
-}
-
-std::vector<KelMeshKey> KelFormatProvider::meshKeys(KelDataClass) const
-{
-    return {};
 }
 
 std::vector<int> KelFormatProvider::availableMeshIds(KelDataClass dataClass) const
@@ -166,6 +160,20 @@ std::vector<short> KelFormatProvider::getPhasesWithParticleTracks(int meshId, Ke
     return phaseIds;
 }
 
+void KelFormatProvider::getParticleTrackVariables(std::vector<std::string>& names) const
+{
+    names = namesIn(KelCollection::TrackChunk, KelPart::Variables);
+    std::sort(names.begin(), names.end());
+}
+
+KelPlainDataType KelFormatProvider::getDataTypeOfDataForSetData(const std::string& name) const
+{
+    for (const KelPart part : {KelPart::Variables, KelPart::Lists, KelPart::Others})
+        if (const auto array = describe(KelCollection::SetData, part, name))
+            return array->type;
+    return static_cast<KelPlainDataType>(-1);
+}
+
 bool KelFormatProvider::getSetNames(std::vector<std::string>& names) const
 {
     std::vector<std::string> ofData;
@@ -173,6 +181,80 @@ bool KelFormatProvider::getSetNames(std::vector<std::string>& names) const
     const bool hasData = getSetNames(KEL_DATA, ofData);
     names.insert(names.end(), ofData.begin(), ofData.end());
     return hasCase || hasData;
+}
+
+KelPlainDataType KelFormatProvider::typeOf(KelCollection in, KelPart part, const std::string& name) const
+{
+    const auto array = describe(in, part, name);
+    return array ? array->type : static_cast<KelPlainDataType>(-1);
+}
+
+unsigned64 KelFormatProvider::countOf(KelCollection in, KelPart part, const std::string& name) const
+{
+    const auto array = describe(in, part, name);
+    return array ? array->valueCount : 0;
+}
+
+bool KelFormatProvider::getSize(KelCollection in, const std::string& name, unsigned64& size) const
+{
+    const auto array = describe(in, KelPart::Variables, name);
+    if (array)
+        size = array->size;
+    return array.has_value();
+}
+
+unsigned64 KelFormatProvider::giveUpTo(KelCollection in, KelPart part, const std::string& name,
+                                       const KelBuffer& values) const
+{
+    unsigned64 stored = 0;
+    const bool isThere = giveWhole(in, part, name, [&](unsigned64 count) {
+        stored = std::min(count, values.capacity);
+        return KelBuffer(values.data, stored, values.type);
+    });
+    return isThere ? stored : 0;
+}
+
+// ---- what a format overrides
+
+unsigned64 KelFormatProvider::give(KelArray, unsigned64, unsigned64, const KelBuffer&) const
+{
+    return 0;
+}
+
+std::optional<signed64> KelFormatProvider::uniformValue(KelArray, unsigned64, unsigned64) const
+{
+    return std::nullopt;
+}
+
+unsigned64 KelFormatProvider::giveInterface(int, const KelInterfaceBuffers&) const
+{
+    return 0;
+}
+
+std::vector<std::string> KelFormatProvider::namesIn(KelCollection, KelPart) const
+{
+    return {};
+}
+
+std::optional<KelFormatProvider::KelArrayInfo> KelFormatProvider::describe(KelCollection, KelPart,
+                                                                           const std::string&) const
+{
+    return std::nullopt;
+}
+
+bool KelFormatProvider::giveWhole(KelCollection, KelPart, const std::string&, const KelRoom&) const
+{
+    return false;
+}
+
+unsigned64 KelFormatProvider::giveText(KelCollection, const std::string&, std::string&) const
+{
+    return 0;
+}
+
+std::vector<KelMeshKey> KelFormatProvider::meshKeys(KelDataClass) const
+{
+    return {};
 }
 
 // ---- what KelBase is told

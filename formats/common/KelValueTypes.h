@@ -22,6 +22,35 @@
 
 namespace meridyn {
 
+/// The KelPlainDataType of one of the ten value types.
+template <class T>
+constexpr KelPlainDataType plainTypeOf()
+{
+    int type = 0;
+    int found = -1;
+#define KEL_DEFINE(Known)                                                                                              \
+    found = std::is_same_v<T, Known> ? type : found;                                                                   \
+    ++type;
+    KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
+#undef KEL_DEFINE
+    return static_cast<KelPlainDataType>(found);
+}
+
+/// Calls `visit` with a null pointer to the value type that a KelPlainDataType stands for. False for none of the ten.
+template <class Visit>
+bool visitPlainType(KelPlainDataType type, const Visit& visit)
+{
+    switch (type) {
+#define KEL_DEFINE(T)                                                                                                  \
+    case plainTypeOf<T>():                                                                                             \
+        visit(static_cast<T*>(nullptr));                                                                               \
+        return true;
+        KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
+#undef KEL_DEFINE
+    }
+    return false;
+}
+
 /// A value in another type. Integers wrap as casts do; floating-point values beyond an integer's range become its
 /// limit, nan becomes 0.
 template <class To, class From>

@@ -1,6 +1,6 @@
 #include "Checks.h"
 
-#include "PlainDataTypes.h"
+#include "KelValueTypes.h"
 
 #include <limits>
 

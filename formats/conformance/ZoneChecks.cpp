@@ -1,7 +1,7 @@
 #include "Checks.h"
 
 #include "BaseAccess.h"
-#include "PlainDataTypes.h"
+#include "KelValueTypes.h"
 
 #include <limits>
 #include <list>

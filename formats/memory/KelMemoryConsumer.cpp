@@ -4,7 +4,7 @@
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
-#include "PlainDataTypes.h"
+#include "KelValueTypes.h"
 
 namespace meridyn {
 
@@ -87,7 +87,7 @@ KelMemoryNode* KelMemoryConsumer::openField(Node* parent, const Text& name, cons
     return field;
 }
 
-void KelMemoryConsumer::keep(Node* to, Id first, Id last, KelMemoryValues values) const
+void KelMemoryConsumer::store(Node* to, Id first, Id last, KelMemoryValues values) const
 {
     if (to &&
         !(to->size > 0 ? to->values.put(first, last, std::move(values), to->size)
@@ -96,7 +96,7 @@ void KelMemoryConsumer::keep(Node* to, Id first, Id last, KelMemoryValues values
              ": no range of ids, or not the right number of values");
 }
 
-void KelMemoryConsumer::keepUniform(Node* to, Id first, Id last, long value) const
+void KelMemoryConsumer::storeUniform(Node* to, Id first, Id last, long value) const
 {
     if (to && (value < 0 || !to->values.putUniform(first, last, copyOf(&value, 1))))
         fail(to->name + ", " + std::to_string(first) + " to " + std::to_string(last) +
@@ -109,7 +109,7 @@ void KelMemoryConsumer::startWritingTypesForCells(const Zones& zones, const std:
 {
     for (std::size_t n = 0; n < std::min(zones.size(), types.size()); ++n)
         if (const auto [first, last] = rangeOfZone(zones[n]); types[n] != -1 && first != 0)
-            keepUniform(array("cell types", 1), first, last, types[n]);
+            storeUniform(array("cell types", 1), first, last, types[n]);
 }
 
 void KelMemoryConsumer::startWritingCaseSectionDataForCategory(const Text& name, const Zones& zones, Type type, Id size)
@@ -123,7 +123,7 @@ void KelMemoryConsumer::setCaseSectionDataForElementsInRange(Id first, Id last, 
 {
     if (Node* to = started(_section))
         visitPlainType(to->type, [&](auto* null) {
-            keep(to, first, last, copyOf(static_cast<const std::remove_pointer_t<decltype(null)>*>(values), n));
+            store(to, first, last, copyOf(static_cast<const std::remove_pointer_t<decltype(null)>*>(values), n));
         });
 }
 

@@ -49,40 +49,40 @@ public:
     void setCoordinatesForNodesInRange(Id first, Id last, const double* v, Id n) override { keepCoordinates(first, last, inPrecision(v, n)); }
     void setCoordinatesForNodesInRange(Id first, Id last, const float*  v, Id n) override { keepCoordinates(first, last, inPrecision(v, n)); }
 
-    void setUniformNodeCountForEdgesInRange(Id first, Id last, short n) override { keepUniform(counts("edge nodes"), first, last, n); }
-    void setNodeCountsForEdgesInRange(Id first, Id last, const short* v, Id n) override { keep(counts("edge nodes"), first, last, copyOf(v, n)); }
-    void setNodeIdsForEdgesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("edge nodes"), first, last, copyOf(v, n)); }
+    void setUniformNodeCountForEdgesInRange(Id first, Id last, short n) override { storeUniform(counts("edge nodes"), first, last, n); }
+    void setNodeCountsForEdgesInRange(Id first, Id last, const short* v, Id n) override { store(counts("edge nodes"), first, last, copyOf(v, n)); }
+    void setNodeIdsForEdgesInRange(Id first, Id last, const Id* v, Id n) override { store(array("edge nodes"), first, last, copyOf(v, n)); }
 
-    void setUniformNodeCountForFacesInRange(Id first, Id last, short n) override { keepUniform(counts("face nodes"), first, last, n); }
-    void setNodeCountsForFacesInRange(Id first, Id last, const short* v, Id n) override { keep(counts("face nodes"), first, last, copyOf(v, n)); }
-    void setNodeIdsForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("face nodes"), first, last, copyOf(v, n)); }
-    void setCell0sForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("cell 0", 1), first, last, copyOf(v, n)); }
-    void setCell1sForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("cell 1", 1), first, last, copyOf(v, n)); }
-    void setShadowFaceIdsForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("shadow faces", 1), first, last, copyOf(v, n)); }
+    void setUniformNodeCountForFacesInRange(Id first, Id last, short n) override { storeUniform(counts("face nodes"), first, last, n); }
+    void setNodeCountsForFacesInRange(Id first, Id last, const short* v, Id n) override { store(counts("face nodes"), first, last, copyOf(v, n)); }
+    void setNodeIdsForFacesInRange(Id first, Id last, const Id* v, Id n) override { store(array("face nodes"), first, last, copyOf(v, n)); }
+    void setCell0sForFacesInRange(Id first, Id last, const Id* v, Id n) override { store(array("cell 0", 1), first, last, copyOf(v, n)); }
+    void setCell1sForFacesInRange(Id first, Id last, const Id* v, Id n) override { store(array("cell 1", 1), first, last, copyOf(v, n)); }
+    void setShadowFaceIdsForFacesInRange(Id first, Id last, const Id* v, Id n) override { store(array("shadow faces", 1), first, last, copyOf(v, n)); }
     void startWritingInterfaceDataForFaces(const Zones& zones0, const Zones& zones1) override
     { keepList(array("interface zones 0"), zones0); keepList(array("interface zones 1"), zones1); }
     void setInterfaceDataForFacesInZone(int zone, const float*  a, Id na, const float*  b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) override
-    { keepInterface(zone, a, na, b, nb, v0, n0, v1, n1); }
+    { storeInterface(zone, a, na, b, nb, v0, n0, v1, n1); }
     void setInterfaceDataForFacesInZone(int zone, const double* a, Id na, const double* b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) override
-    { keepInterface(zone, a, na, b, nb, v0, n0, v1, n1); }
-    void setUniformChildFaceCountForFacesInRange(Id first, Id last, short n) override { keepUniform(counts("child faces"), first, last, n); }
-    void setChildFaceCountsForFacesInRange(Id first, Id last, const short* v, Id n) override { keep(counts("child faces"), first, last, copyOf(v, n)); }
-    void setChildFaceIdsForFacesInRange(Id first, Id last, const Id* v, Id n) override { keep(array("child faces"), first, last, copyOf(v, n)); }
+    { storeInterface(zone, a, na, b, nb, v0, n0, v1, n1); }
+    void setUniformChildFaceCountForFacesInRange(Id first, Id last, short n) override { storeUniform(counts("child faces"), first, last, n); }
+    void setChildFaceCountsForFacesInRange(Id first, Id last, const short* v, Id n) override { store(counts("child faces"), first, last, copyOf(v, n)); }
+    void setChildFaceIdsForFacesInRange(Id first, Id last, const Id* v, Id n) override { store(array("child faces"), first, last, copyOf(v, n)); }
 
     void startWritingTypesForCells(const Zones& zones, const std::vector<KelCellType>& types) override;
     void setTypesForCellsInRange(Id first, Id last, const KelCellType* v, Id n) override
-    { keep(array("cell types", 1), first, last, std::vector<int>(v, v + (v ? n : 0))); }
-    void setUniformNodeCountForCellsInRange(Id first, Id last, short n) override { keepUniform(counts("cell nodes"), first, last, n); }
-    void setNodeCountsForCellsInRange(Id first, Id last, const short* v, Id n) override { keep(counts("cell nodes"), first, last, copyOf(v, n)); }
-    void setNodeIdsForCellsInRange(Id first, Id last, const Id* v, Id n) override { keep(array("cell nodes"), first, last, copyOf(v, n)); }
-    void setUniformFaceCountForCellsInRange(Id first, Id last, short n) override { keepUniform(counts("cell faces"), first, last, n); }
-    void setFaceCountsForCellsInRange(Id first, Id last, const short* v, Id n) override { keep(counts("cell faces"), first, last, copyOf(v, n)); }
-    void setFaceIdsForCellsInRange(Id first, Id last, const Id* v, Id n) override { keep(array("cell faces"), first, last, copyOf(v, n)); }
+    { store(array("cell types", 1), first, last, std::vector<int>(v, v + (v ? n : 0))); }
+    void setUniformNodeCountForCellsInRange(Id first, Id last, short n) override { storeUniform(counts("cell nodes"), first, last, n); }
+    void setNodeCountsForCellsInRange(Id first, Id last, const short* v, Id n) override { store(counts("cell nodes"), first, last, copyOf(v, n)); }
+    void setNodeIdsForCellsInRange(Id first, Id last, const Id* v, Id n) override { store(array("cell nodes"), first, last, copyOf(v, n)); }
+    void setUniformFaceCountForCellsInRange(Id first, Id last, short n) override { storeUniform(counts("cell faces"), first, last, n); }
+    void setFaceCountsForCellsInRange(Id first, Id last, const short* v, Id n) override { store(counts("cell faces"), first, last, copyOf(v, n)); }
+    void setFaceIdsForCellsInRange(Id first, Id last, const Id* v, Id n) override { store(array("cell faces"), first, last, copyOf(v, n)); }
     void startWritingPartitionIdsForCells(const Zones&, int count) override { keepList(array("partition count"), copyOf(&count, 1)); }
-    void setPartitionIdsForCellsInRange(Id first, Id last, const int* v, Id n) override { keep(array("cell partitions", 1), first, last, copyOf(v, n)); }
-    void setUniformChildCellCountForCellsInRange(Id first, Id last, short n) override { keepUniform(counts("child cells"), first, last, n); }
-    void setChildCellCountsForCellsInRange(Id first, Id last, const short* v, Id n) override { keep(counts("child cells"), first, last, copyOf(v, n)); }
-    void setChildCellIdsForCellsInRange(Id first, Id last, const Id* v, Id n) override { keep(array("child cells"), first, last, copyOf(v, n)); }
+    void setPartitionIdsForCellsInRange(Id first, Id last, const int* v, Id n) override { store(array("cell partitions", 1), first, last, copyOf(v, n)); }
+    void setUniformChildCellCountForCellsInRange(Id first, Id last, short n) override { storeUniform(counts("child cells"), first, last, n); }
+    void setChildCellCountsForCellsInRange(Id first, Id last, const short* v, Id n) override { store(counts("child cells"), first, last, copyOf(v, n)); }
+    void setChildCellIdsForCellsInRange(Id first, Id last, const Id* v, Id n) override { store(array("child cells"), first, last, copyOf(v, n)); }
 
     void startWritingCaseSectionCategories(KelZoneCategory category, const std::vector<Text>& names) override
     {
@@ -98,9 +98,9 @@ public:
     // ---- solution
     using KelFormatConsumer::startWritingPhaseVariableInZonesOfCategory;
     void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, const Text& name, Zones& zones, Id size) override;
-    void setValuesOfPhaseVariableForElementsInRange(Id first, Id last, const float* v, Id n) override { keep(started(_field), first, last, inPrecision(v, n)); }
+    void setValuesOfPhaseVariableForElementsInRange(Id first, Id last, const float* v, Id n) override { store(started(_field), first, last, inPrecision(v, n)); }
     void setValuesOfPhaseVariableForElementsInRange(Id first, Id last, const double* v, Id n) override
-    { keep(started(_field), first, last, inPrecision(v, n)); }
+    { store(started(_field), first, last, inPrecision(v, n)); }
     void endWritingPhaseVariableInZonesOfCategory() override { _field = nullptr; }
 
     // ---- sets
@@ -112,14 +112,14 @@ public:
         keepList(open(_set, {"min ids"}), minIds);
         keepList(open(_set, {"max ids"}), maxIds);
     }
-    void setIdsForSetInRange(Id first, Id last, const Id* v, Id n) override { keep(open(started(_set), {"ids"}, 1), first, last, copyOf(v, n)); }
+    void setIdsForSetInRange(Id first, Id last, const Id* v, Id n) override { store(open(started(_set), {"ids"}, 1), first, last, copyOf(v, n)); }
     void startWritingSizeOfVariableForSet(const Text& name, Ids, Type type) override { startList(name, Type(-1), type); }
-    void setSizeOfVariableForSetInRange(Id first, Id last, const int*   v, Id n) override { keep(lengths(), first, last, copyOf(v, n)); }
-    void setSizeOfVariableForSetInRange(Id first, Id last, const short* v, Id n) override { keep(lengths(), first, last, copyOf(v, n)); }
-    void setSizeOfVariableForSetInRange(Id first, Id last, const Id*    v, Id n) override { keep(lengths(), first, last, copyOf(v, n)); }
-    void setSizeOfVariableForSetInRange(Id first, Id last, int   n) override { keepUniform(lengths(), first, last, n); }
-    void setSizeOfVariableForSetInRange(Id first, Id last, short n) override { keepUniform(lengths(), first, last, n); }
-    void setSizeOfVariableForSetInRange(Id first, Id last, Id    n) override { keepUniform(lengths(), first, last, static_cast<long>(n)); }
+    void setSizeOfVariableForSetInRange(Id first, Id last, const int*   v, Id n) override { store(lengths(), first, last, copyOf(v, n)); }
+    void setSizeOfVariableForSetInRange(Id first, Id last, const short* v, Id n) override { store(lengths(), first, last, copyOf(v, n)); }
+    void setSizeOfVariableForSetInRange(Id first, Id last, const Id*    v, Id n) override { store(lengths(), first, last, copyOf(v, n)); }
+    void setSizeOfVariableForSetInRange(Id first, Id last, int   n) override { storeUniform(lengths(), first, last, n); }
+    void setSizeOfVariableForSetInRange(Id first, Id last, short n) override { storeUniform(lengths(), first, last, n); }
+    void setSizeOfVariableForSetInRange(Id first, Id last, Id    n) override { storeUniform(lengths(), first, last, static_cast<long>(n)); }
     void startWritingDataOfVariableForSet(const Text& name, Ids, Id size, Type type) override { startWritingVariableForSetData(name, size, type); }
     void startWritingVariableLengthedDataOfVariableForSet(const Text& name, Ids, Type type) override { startList(name, type, Type(-1)); }
     void writeStringDataForSet(const Text& name, const Text& text) override { if (Node* to = open(started(_set), {"texts", name})) to->text = text; }
@@ -127,7 +127,7 @@ public:
 
     // ---- set data
     void startWritingSetData(const Text& name, Id memberCount) override { endWritingSet(); _set = renew(open(phase(), {"set data", name}), memberCount); }
-    Id   setIdsForSetData(const Id* v, Id n) override { return append(open(started(_set), {"ids"}), copyOf(v, n)) ? n : 0; }
+    Id   setIdsForSetData(const Id* v, Id n) override { return addTo(open(started(_set), {"ids"}), copyOf(v, n)) ? n : 0; }
     void startWritingVariableForSetData(const Text& name, Id size, Type type) override
     { if ((_variable = open(started(_set), {"variables", name}, size))) _variable->type = type; }
     void startWritingVariableLengthVariableForSetData(const Text& name, Type type, Type lengthType) override { startList(name, type, lengthType); }
@@ -144,13 +144,13 @@ public:
     void endWritingParticleTracks() override { _tracks = _group = _chunk = nullptr; }
 
 #define KEL_DEFINE(T) \
-    void setDataOfVariableForSetInRange(Id first, Id last, const T* v, Id n) override { keep(started(_variable), first, last, copyOf(v, n)); } \
-    void setVariableLengthedDataOfVariableForSetInRange(Id first, Id last, const T* v, Id n) override { keep(started(_variable), first, last, copyOf(v, n)); } \
+    void setDataOfVariableForSetInRange(Id first, Id last, const T* v, Id n) override { store(started(_variable), first, last, copyOf(v, n)); } \
+    void setVariableLengthedDataOfVariableForSetInRange(Id first, Id last, const T* v, Id n) override { store(started(_variable), first, last, copyOf(v, n)); } \
     void writeOtherDataForSet(const Text& name, const T* v, Id n) override { keepList(open(started(_set), {"others", name}), copyOf(v, n)); } \
-    Id   setVariableForSetData(const T* v, Id n) override { return append(started(_variable), copyOf(v, n)) ? n : 0; } \
-    Id   setVariableLengthVariableForSetData(const T* v, Id n, const int*   lengths, Id count) override { return appendLists(v, n, lengths, count); } \
-    Id   setVariableLengthVariableForSetData(const T* v, Id n, const short* lengths, Id count) override { return appendLists(v, n, lengths, count); } \
-    Id   setVariableLengthVariableForSetData(const T* v, Id n, const Id*    lengths, Id count) override { return appendLists(v, n, lengths, count); } \
+    Id   setVariableForSetData(const T* v, Id n) override { return addTo(started(_variable), copyOf(v, n)) ? n : 0; } \
+    Id   setVariableLengthVariableForSetData(const T* v, Id n, const int*   lengths, Id count) override { return addLists(v, n, lengths, count); } \
+    Id   setVariableLengthVariableForSetData(const T* v, Id n, const short* lengths, Id count) override { return addLists(v, n, lengths, count); } \
+    Id   setVariableLengthVariableForSetData(const T* v, Id n, const Id*    lengths, Id count) override { return addLists(v, n, lengths, count); } \
     void writeOtherDataForSetData(const Text& name, const T* v, Id n) override { writeOtherDataForSet(name, v, n); } \
     void setValuesOfParticleTrackVariable(const Text& name, const T* v, Id n) override { keepTrack(name, copyOf(v, n), n); }
     KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
@@ -208,15 +208,15 @@ private:
 
     // How they go there.
     void keepCoordinates(Id first, Id last, KelMemoryValues v) const
-    { Id size = 0; getMeshSize(KEL_MESH_DIMENSION, size); keep(array("coordinates", size), first, last, std::move(v)); }
-    void keep(Node* to, Id first, Id last, KelMemoryValues values) const;
-    void keepUniform(Node* to, Id first, Id last, long value) const;
+    { Id size = 0; getMeshSize(KEL_MESH_DIMENSION, size); store(array("coordinates", size), first, last, std::move(v)); }
+    void store(Node* to, Id first, Id last, KelMemoryValues values) const;
+    void storeUniform(Node* to, Id first, Id last, long value) const;
     void keepTrack(const Text& name, KelMemoryValues values, Id count) const;
-    bool append(Node* to, KelMemoryValues values) const { return to && to->values.append(std::move(values)); }
+    bool addTo(Node* to, KelMemoryValues values) const { return to && to->values.append(std::move(values)); }
     static void keepList(Node* to, KelMemoryValues values) { if (renew(to)) { to->type = Type(values.index()); to->values.append(std::move(values)); } }
 
     template <class T>
-    void keepInterface(int zone, const T* a, Id na, const T* b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) const
+    void storeInterface(int zone, const T* a, Id na, const T* b, Id nb, const Id* v0, Id n0, const Id* v1, Id n1) const
     {
         Node* to = open(array("interfaces"), {std::to_string(zone)});
         keepList(open(to, {"a"}), copyOf(a, na));
@@ -226,11 +226,11 @@ private:
     }
 
     template <class T, class L>
-    Id appendLists(const T* v, Id n, const L* lengths, Id count) const
+    Id addLists(const T* v, Id n, const L* lengths, Id count) const
     {
         const double total = lengths ? std::accumulate(lengths, lengths + count, 0.0) : 0;
         const bool fits = total == static_cast<double>(n) || fail("lengths that do not go with the number of values");
-        return fits && append(started(_variable), copyOf(v, n)) && append(this->lengths(), copyOf(lengths, count)) ? n : 0;
+        return fits && addTo(started(_variable), copyOf(v, n)) && addTo(this->lengths(), copyOf(lengths, count)) ? n : 0;
     }
 
     template <class T>

@@ -4,7 +4,7 @@
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
-#include "PlainDataTypes.h"
+#include "KelValueTypes.h"
 
 namespace meridyn {
 

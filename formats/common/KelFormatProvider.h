@@ -142,7 +142,7 @@ public:
     bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<T>& values, unsigned64& valuesPerMember) const override { return getSize(KelCollection::SetData, name, valuesPerMember) && giveList(KelCollection::SetData, KelPart::Variables, name, values); } \
     bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<T>& values) const override { return giveList(KelCollection::SetData, KelPart::Lists, name, values); } \
     bool getOtherDataForSetData(const std::string& name, std::vector<T>& values) const override { return giveList(KelCollection::SetData, KelPart::Others, name, values); } \
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, T* values, unsigned64 capacity) const override { return giveUpTo(KelCollection::TrackChunk, KelPart::Variables, variableName(variableId), {values, capacity}); } \
+    unsigned64 getValuesOfParticleTrackVariable(int variableId, T* values, unsigned64 capacity) const override { return getValuesOfParticleTrackVariable(variableName(variableId), values, capacity); } \
     unsigned64 getValuesOfParticleTrackVariable(const std::string& name, T* values, unsigned64 capacity) const override { return giveUpTo(KelCollection::TrackChunk, KelPart::Variables, name, {values, capacity}); }
     KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE

@@ -1,25 +1,26 @@
-#include "KelMemoryProvider.h"
+#include "KelTreeProvider.h"
 
 #include "KelLocationModel.h"
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
-#include "KelValueTypes.h"
+
+#include <algorithm>
 
 namespace meridyn {
 
-const KelMemoryFile KelMemoryProvider::noFile;
+const KelTree KelTreeProvider::noFile;
 
-KelMemoryProvider::KelMemoryProvider() = default;
-KelMemoryProvider::~KelMemoryProvider() = default;
+KelTreeProvider::KelTreeProvider() = default;
+KelTreeProvider::~KelTreeProvider() = default;
 
 // ---- open and close
 
-bool KelMemoryProvider::openData(KelDataClass dataClass, const Text& fileName)
+bool KelTreeProvider::openData(KelDataClass dataClass, const Text& fileName)
 {
-    const KelMemoryStore::File found = KelMemoryStore::find(fileName, dataClass);
+    const KelTreeFile found = load(dataClass, fileName);
     if (!found)
-        return fail(fileName + ": there is no such file");
+        return false;
     _files[dataClass] = found;
     _current = dataClass;
     Text version, solver;
@@ -34,7 +35,7 @@ bool KelMemoryProvider::openData(KelDataClass dataClass, const Text& fileName)
     return isOpen;
 }
 
-bool KelMemoryProvider::closeData(KelDataClass dataClass)
+bool KelTreeProvider::closeData(KelDataClass dataClass)
 {
     if (!isOpen(dataClass))
         return false;
@@ -45,7 +46,7 @@ bool KelMemoryProvider::closeData(KelDataClass dataClass)
     return true;
 }
 
-bool KelMemoryProvider::updateData(KelDataClass dataClass)
+bool KelTreeProvider::updateData(KelDataClass dataClass)
 {
     if (!isOpen(dataClass) || !select(dataClass))
         return false;
@@ -53,14 +54,14 @@ bool KelMemoryProvider::updateData(KelDataClass dataClass)
     return dataClass == KEL_DATA || !_files[KEL_DATA] || select(KEL_DATA);
 }
 
-bool KelMemoryProvider::fail(const Text& text) const
+bool KelTreeProvider::fail(const Text& text) const
 {
-    getMessageRegistrar()->registerMessage(KelError(text, "KelMemoryProvider"));
+    getMessageRegistrar()->registerMessage(KelError(text, "KelTreeProvider"));
     return false;
 }
 
 /// Makes the mesh that is wanted the current one and declares what it has.
-bool KelMemoryProvider::select(KelDataClass dataClass)
+bool KelTreeProvider::select(KelDataClass dataClass)
 {
     forgetOpenParts();
     _meshes[dataClass] = nullptr;
@@ -88,7 +89,7 @@ bool KelMemoryProvider::select(KelDataClass dataClass)
 
 // ---- where things are
 
-std::vector<KelMeshKey> KelMemoryProvider::meshKeys(KelDataClass dataClass) const
+std::vector<KelMeshKey> KelTreeProvider::meshKeys(KelDataClass dataClass) const
 {
     std::vector<KelMeshKey> keys;
     for (const auto& entry : file(dataClass).meshes)
@@ -96,35 +97,104 @@ std::vector<KelMeshKey> KelMemoryProvider::meshKeys(KelDataClass dataClass) cons
     return keys;
 }
 
-// ---- mesh
-
-unsigned64 KelMemoryProvider::getCell1sForFacesInRange(Id first, Id last, Id* v, Id n) const
+const KelTreeNode& KelTreeProvider::tree(KelDataClass dataClass) const
 {
-    const Id stored = getCell0sForFacesInRange(first, last, v, n);
-    for (Id face = first; face < first + stored; ++face)
-        if (array("cell 1").get(face, face, v + (face - first), 1) == 0)
-            v[face - first] = 0;
+    const Node& tree = isOpen(dataClass) && _meshes[dataClass] ? _meshes[dataClass]->tree : Node::nothing;
+    return dataClass == KEL_DATA ? tree["level " + std::to_string(getTimeLevel())] : tree;
+}
+
+const KelTreeNode& KelTreeProvider::nodeOf(KelArray array) const
+{
+    if (isOfCounts(array))
+        return nodeOf(listsOf(array)).counts();
+    switch (array) {
+    case KelArray::CaseSection:
+        return *_section;
+    case KelArray::PhaseVariable:
+        return *_field;
+    case KelArray::SetIds:
+        return opened(KelCollection::Set)["ids"];
+    case KelArray::SetVariable:
+    case KelArray::SetLists:
+        return *_variable;
+    default:
+        return tree(KEL_CASE)[meridyn::nameOf(array)];
+    }
+}
+
+const KelTreeNode& KelTreeProvider::part(KelCollection in, KelPart part, const Text& name) const
+{
+    const Node& parts = opened(in)[nameOf(part)];
+    return part == KelPart::Ids ? parts : part == KelPart::Lengths ? parts[name].counts() : parts[name];
+}
+
+// ---- what the forms of the frame come down to
+
+unsigned64 KelTreeProvider::give(KelArray array, Id first, Id last, const KelBuffer& values) const
+{
+    if (array != KelArray::FaceCell1s)
+        return nodeOf(array).get(first, last, values);
+    const Id stored = give(KelArray::FaceCell0s, first, last, values); // has a value for each
+    for (Id n = 0; n < stored; ++n)
+        if (auto* const cell = static_cast<Id*>(values.data) + n;
+            nodeOf(array).get(first + n, first + n, {cell, 1}) == 0)
+            *cell = 0;
     return stored;
 }
 
-unsigned64 KelMemoryProvider::getCaseSectionDataForElementsInRange(Id first, Id last, void* values, Id n) const
+unsigned64 KelTreeProvider::giveInterface(int zoneId, const KelInterfaceBuffers& values) const
 {
     Id stored = 0;
-    visitPlainType(_section->type,
-                   [&](auto* null) { stored = _section->get(first, last, static_cast<decltype(null)>(values), n); });
+    for (std::size_t n = 0; n < values.size(); ++n)
+        stored += tree(KEL_CASE)["interfaces"][std::to_string(zoneId)][std::to_string(n)].getList(values[n]);
     return stored;
 }
 
-// ---- solution and sets
-
-void KelMemoryProvider::getVariablesOfInjection(const Text& injection, Names& names) const
+std::optional<KelFormatProvider::KelArrayInfo> KelTreeProvider::describe(KelCollection in, KelPart part,
+                                                                         const Text& name) const
 {
-    names = setData()[injection]["variables"].names();
-    const Names lists = setData()[injection]["lists"].names();
+    const Node& node = this->part(in, part, name);
+    return node ? std::optional<KelArrayInfo>({node.type, node.size, node.length()}) : std::nullopt;
+}
+
+bool KelTreeProvider::giveWhole(KelCollection in, KelPart part, const Text& name, const KelRoom& room) const
+{
+    const Node& node = this->part(in, part, name);
+    if (node)
+        node.getList(room(node.length()));
+    return bool(node);
+}
+
+// ---- mesh
+
+bool KelTreeProvider::getInterfaceDataSizesForFacesInZone(int zone, Id& na, Id& nb, Id& n0, Id& n1) const
+{
+    const Node& data = tree(KEL_CASE)["interfaces"][std::to_string(zone)];
+    Id* const sizes[] = {&na, &nb, &n0, &n1};
+    for (int n = 0; data && n < 4; ++n)
+        *sizes[n] = data[std::to_string(n)].length();
+    return bool(data);
+}
+
+bool KelTreeProvider::hasUniformCaseSectionDataCountForZone(int zone, Id* count) const
+{
+    const bool hasZone = std::count(_section->zoneIds.begin(), _section->zoneIds.end(), zone) > 0;
+    if (hasZone && count)
+        *count = _section->size;
+    return hasZone;
+}
+
+// ---- particles and sets
+
+void KelTreeProvider::getVariablesOfInjection(const Text& injection, Names& names) const
+{
+    const Node& particles = phase()["set data"][injection];
+    names = particles["variables"].names();
+    const Names lists = particles["lists"].names();
     names.insert(names.end(), lists.begin(), lists.end());
 }
 
-bool KelMemoryProvider::getSetNames(KelZoneCategory category, Names& names) const
+bool KelTreeProvider::getSetNames(KelZoneCategory category, Names& names) const
 {
     names.clear();
     for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
@@ -134,12 +204,20 @@ bool KelMemoryProvider::getSetNames(KelZoneCategory category, Names& names) cons
     return !names.empty();
 }
 
-KelPlainDataType KelMemoryProvider::getDataTypeOfDataForSetData(const Text& name) const
+bool KelTreeProvider::startReadingSet(const Text& name)
 {
-    for (const char* kind : {"variables", "lists", "others"})
-        if (const Node& found = (*_set)[kind][name])
-            return found.type;
-    return KelPlainDataType(-1);
+    endReadingSet();
+    for (const KelDataClass dataClass : {_current, _current == KEL_CASE ? KEL_DATA : KEL_CASE})
+        if (const Node& set = tree(dataClass)["sets"][name]; set && !opened(KelCollection::Set))
+            _open[KelCollection::Set] = &set;
+    return bool(opened(KelCollection::Set));
+}
+
+void KelTreeProvider::getSizesAndMinMaxIdsForSet(Ids& sizes, Ids& minIds, Ids& maxIds) const
+{
+    listOf(opened(KelCollection::Set)["sizes"], sizes);
+    listOf(opened(KelCollection::Set)["min ids"], minIds);
+    listOf(opened(KelCollection::Set)["max ids"], maxIds);
 }
 
 } // namespace meridyn

@@ -17,9 +17,13 @@ namespace meridyn {
 /// would come too late, when the element has been read.
 class ParserMemory : public xercesc::MemoryManager {
 public:
+    static constexpr std::size_t mostBlocks = 10000;         ///< of one step
+    static constexpr XMLSize_t mostBytes = 64 * 1024 * 1024; ///< at any time
+
     /// The next step of the parser: a tag, or what is between two.
     void beginStep() { _taken = 0; }
 
+    /// @throws xercesc::OutOfMemoryException beyond the limits
     void* allocate(XMLSize_t size) override
     {
         if (_taken >= mostBlocks || size > mostBytes - _bytes)
@@ -53,9 +57,6 @@ private:
         std::unique_ptr<char[]> bytes;
         XMLSize_t size;
     };
-
-    static constexpr std::size_t mostBlocks = 10000; // of one step
-    static constexpr XMLSize_t mostBytes = 64 * 1024 * 1024;
 
     // What the library loses on its way out of a refused allocation goes with this.
     std::unordered_map<void*, Block> _blocks;

@@ -122,6 +122,17 @@ void FieldWriter::finish()
     }
 }
 
+namespace {
+
+// Room behind the first values.
+KelBuffer restOf(const KelBuffer& values, std::uint64_t count)
+{
+    const std::size_t size = sizeOf(storedTypeOfPlain(values.type));
+    return {static_cast<unsigned char*>(values.data) + count * size, values.capacity - count, values.type};
+}
+
+} // namespace
+
 std::unique_ptr<FieldReader> FieldReader::open(Hdf5File& file, hid_t group, const std::string& name)
 {
     auto reader = std::make_unique<FieldReader>();
@@ -150,8 +161,7 @@ std::vector<int> FieldReader::zones() const
     return ids;
 }
 
-template <class T>
-std::uint64_t FieldReader::read(std::uint64_t first, std::uint64_t last, T* values, std::uint64_t capacity) const
+std::uint64_t FieldReader::read(std::uint64_t first, std::uint64_t last, const KelBuffer& values) const
 {
     // Where each stretch of elements lies; then, if none is missing, its values.
     struct Piece {
@@ -172,21 +182,19 @@ std::uint64_t FieldReader::read(std::uint64_t first, std::uint64_t last, T* valu
         pieces.push_back({&*owner, range->row + (next - range->first), end - next + 1});
         next = end + 1;
     }
-    std::uint64_t stored = 0;
+    KelBuffer room = values;
     for (const Piece& piece : pieces) {
         const std::uint64_t columns = piece.part->array->shape().columns;
-        const std::uint64_t n = std::min(piece.rows, (capacity - stored) / columns) * columns;
-        piece.part->array->read(piece.row * columns, n, values + stored);
-        stored += n;
+        const std::uint64_t n = std::min(piece.rows, room.capacity / columns) * columns;
+        piece.part->array->read(piece.row * columns, n, room);
+        room = restOf(room, n);
         if (n < piece.rows * columns)
             break;
     }
-    return stored;
+    return values.capacity - room.capacity;
 }
 
-#define KEL_INSTANTIATE(T)                                                                                             \
-    template void FieldWriter::write<T>(std::uint64_t, std::uint64_t, const T*, std::uint64_t);                        \
-    template std::uint64_t FieldReader::read<T>(std::uint64_t, std::uint64_t, T*, std::uint64_t) const;
+#define KEL_INSTANTIATE(T) template void FieldWriter::write<T>(std::uint64_t, std::uint64_t, const T*, std::uint64_t);
 KEL_INSTANTIATE(unsigned char)
 KEL_INSTANTIATE(char)
 KEL_INSTANTIATE(short)

@@ -73,8 +73,7 @@ public:
     hid_t id() const { return _parts.front().array->id(); }
 
     /// Values of the elements, whole elements as far as there is room; none unless all of them have values.
-    template <class T>
-    std::uint64_t read(std::uint64_t first, std::uint64_t last, T* values, std::uint64_t capacity) const;
+    std::uint64_t read(std::uint64_t first, std::uint64_t last, const KelBuffer& values) const;
 
 private:
     struct Part {

@@ -164,15 +164,17 @@ Source sourceOf(const T* values, Stored type)
     return {values, sizeof(T), converterTo<T>(type), storedAs<T>() == type};
 }
 
-template <class T>
-Target targetOf(T* values, Stored type)
+Target targetOf(void* values, KelPlainDataType as, Stored type)
 {
-    return {values, sizeof(T), converterFrom<T>(type), storedAs<T>() == type};
+    Target target;
+    visitPlainType(as, [&](auto* null) {
+        using T = std::remove_pointer_t<decltype(null)>;
+        target = {values, sizeof(T), converterFrom<T>(type), storedAs<T>() == type};
+    });
+    return target;
 }
 
-#define KEL_INSTANTIATE(T)                                                                                             \
-    template Source sourceOf<T>(const T*, Stored);                                                                     \
-    template Target targetOf<T>(T*, Stored);
+#define KEL_INSTANTIATE(T) template Source sourceOf<T>(const T*, Stored);
 KEL_INSTANTIATE(unsigned char)
 KEL_INSTANTIATE(char)
 KEL_INSTANTIATE(short)

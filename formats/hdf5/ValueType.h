@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Hdf5Handle.h"
-#include "KelTypes.h"
+#include "KelValueTypes.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -67,7 +67,11 @@ struct Target {
 /// For the ten value types.
 template <class T>
 Source sourceOf(const T* values, Stored type);
+Target targetOf(void* values, KelPlainDataType as, Stored type);
 template <class T>
-Target targetOf(T* values, Stored type);
+Target targetOf(T* values, Stored type)
+{
+    return targetOf(values, plainTypeOf<T>(), type);
+}
 
 } // namespace meridyn::hdf5

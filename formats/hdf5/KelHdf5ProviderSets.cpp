@@ -136,12 +136,10 @@ bool KelHdf5Provider::getSetNames(KelZoneCategory category, std::vector<std::str
     names.clear();
     for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
         _data->ask(dataClass, "getSetNames", false, [&](Data::Session& session) {
-            const Handle group = _data->setsGroup(dataClass);
-            if (!group)
-                return false;
-            for (const std::string& name : linkNames(group.get()))
-                if (MemberReader(*session.file, openGroup(group.get(), name)).category() == category)
-                    names.push_back(decodeName(name));
+            if (const Handle group = _data->setsGroup(dataClass))
+                for (const std::string& name : linkNames(group.get()))
+                    if (MemberReader(*session.file, openGroup(group.get(), name)).category() == category)
+                        names.push_back(decodeName(name));
             return true;
         });
     return !names.empty();
@@ -153,12 +151,9 @@ bool KelHdf5Provider::startReadingSet(const std::string& name)
     const KelDataClass other = _data->current == KEL_CASE ? KEL_DATA : KEL_CASE;
     for (const KelDataClass dataClass : {_data->current, other}) {
         const bool isOpen = _data->ask(dataClass, "startReadingSet", false, [&](Data::Session& session) {
-            const Handle group = _data->setsGroup(dataClass);
-            if (!group || !hasLink(group.get(), encodeName(name)))
-                return false;
-            _data->set = std::make_unique<MemberReader>(*session.file, openGroup(group.get(), encodeName(name)));
+            _data->set = MemberReader::find(*session.file, _data->setsGroup(dataClass), name);
             _data->setClass = dataClass;
-            return true;
+            return _data->set != nullptr;
         });
         if (isOpen)
             return true;
@@ -270,12 +265,10 @@ bool KelHdf5Provider::startReadingSetData(const std::string& name, unsigned64& m
 {
     endReadingSetData();
     return _data->ask(KEL_DATA, "startReadingSetData", false, [&](Data::Session& session) {
-        const Handle group = _data->setDataGroup();
-        if (!group || !hasLink(group.get(), encodeName(name)))
-            return false;
-        _data->setData = std::make_unique<MemberReader>(*session.file, openGroup(group.get(), encodeName(name)));
-        memberCount = _data->setData->members();
-        return true;
+        _data->setData = MemberReader::find(*session.file, _data->setDataGroup(), name);
+        if (_data->setData)
+            memberCount = _data->setData->members();
+        return _data->setData != nullptr;
     });
 }
 

@@ -72,24 +72,29 @@ unsigned64 KelHdf5Provider::startReadingZonesOfCategoryWithPhaseVariable(KelZone
 
 // ---- particles: the set data of a phase ----
 
+namespace {
+
+bool hasAny(const Handle& group)
+{
+    return group && !linkNames(group.get()).empty();
+}
+
+} // namespace
+
 bool KelHdf5Provider::hasParticles(const std::string& phaseName) const
 {
-    return _data->ask(KEL_DATA, "hasParticles", false, [&](Data::Session&) {
-        const Handle group = _data->groupInPhase(phaseName, "set_data");
-        return group && !linkNames(group.get()).empty();
-    });
+    return _data->ask(KEL_DATA, "hasParticles", false,
+                      [&](Data::Session&) { return hasAny(_data->groupInPhase(phaseName, "set_data")); });
 }
 
 void KelHdf5Provider::getVariablesOfInjection(const std::string& injection, std::vector<std::string>& names) const
 {
     names = _data->ask(KEL_DATA, "getVariablesOfInjection", std::vector<std::string>(), [&](Data::Session& data) {
-        const Handle group = _data->setDataGroup();
-        if (!group || !hasLink(group.get(), encodeName(injection)))
-            return std::vector<std::string>();
-        const MemberReader members(*data.file, openGroup(group.get(), encodeName(injection)));
-        std::vector<std::string> found = members.names(KelPart::Variables);
-        const std::vector<std::string> lists = members.names(KelPart::Lists);
-        found.insert(found.end(), lists.begin(), lists.end());
+        std::vector<std::string> found;
+        if (const auto members = MemberReader::find(*data.file, _data->setDataGroup(), injection))
+            for (const KelPart part : {KelPart::Variables, KelPart::Lists})
+                for (const std::string& name : members->names(part))
+                    found.push_back(name);
         return found;
     });
 }
@@ -97,11 +102,6 @@ void KelHdf5Provider::getVariablesOfInjection(const std::string& injection, std:
 // ---- particle tracks ----
 
 namespace {
-
-bool hasTracks(const Handle& tracks)
-{
-    return tracks && !linkNames(tracks.get()).empty();
-}
 
 std::string trackKey(int meshId, int target, int partitionId)
 {
@@ -113,7 +113,7 @@ std::string trackKey(int meshId, int target, int partitionId)
 bool KelHdf5Provider::hasParticleTracks(const std::string& phaseName) const
 {
     return _data->ask(KEL_DATA, "hasParticleTracks", false,
-                      [&](Data::Session&) { return hasTracks(_data->groupInPhase(phaseName, "tracks")); });
+                      [&](Data::Session&) { return hasAny(_data->groupInPhase(phaseName, "tracks")); });
 }
 
 bool KelHdf5Provider::hasParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) const

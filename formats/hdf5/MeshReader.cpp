@@ -101,33 +101,26 @@ const MeshReader::PlainArray* MeshReader::plain(Lazy<PlainArray>& lazy, KelZoneC
     return lazy.reader.get();
 }
 
-const RunArrayReader* MeshReader::intsOf(Ints ints) const
+template <class Reader>
+const Reader* MeshReader::open(Lazy<Reader>& lazy, const ArrayInfo& info) const
 {
-    Lazy<RunArrayReader>& lazy = _ints[static_cast<int>(ints)];
-    const ArrayInfo& info = infoOf(ints);
     const Handle& group = _groups[info.category];
     if (!lazy.isKnown && group)
-        lazy.reader = RunArrayReader::open(_file, group.get(), info.name, _elements[info.category].rowCount());
+        lazy.reader = Reader::open(_file, group.get(), info.name, _elements[info.category].rowCount());
     lazy.isKnown = true;
     return lazy.reader.get();
 }
 
 const RaggedReader* MeshReader::listsOf(Lists lists) const
 {
-    Lazy<RaggedReader>& lazy = _lists[static_cast<int>(lists)];
-    const ArrayInfo& info = infoOf(lists);
-    const Handle& group = _groups[info.category];
-    if (!lazy.isKnown && group)
-        lazy.reader = RaggedReader::open(_file, group.get(), info.name, _elements[info.category].rowCount());
-    lazy.isKnown = true;
-    return lazy.reader.get();
+    return open(_lists[static_cast<int>(lists)], infoOf(lists));
 }
 
-// Those that say how many, or one of a few: of elements with one value in stretches.
+// The small numbers themselves, or the counts of lists.
 const RunArrayReader* MeshReader::runsOf(const MeshArray& which) const
 {
     if (which.kind == MeshArray::Kind::Ints)
-        return intsOf(which.ints);
+        return open(_ints[static_cast<int>(which.ints)], infoOf(which.ints));
     const RaggedReader* const lists = which.kind == MeshArray::Kind::Lists ? listsOf(which.lists) : nullptr;
     return lists == nullptr ? nullptr : &lists->counts();
 }

@@ -42,7 +42,8 @@ private:
 
     Rows rowsOf(KelZoneCategory category, std::uint64_t first, std::uint64_t last) const;
     const PlainArray* plain(Lazy<PlainArray>& lazy, KelZoneCategory category, const char* name) const;
-    const RunArrayReader* intsOf(Ints ints) const;
+    template <class Reader>
+    const Reader* open(Lazy<Reader>& lazy, const ArrayInfo& info) const;
     const RaggedReader* listsOf(Lists lists) const;
     const RunArrayReader* runsOf(const MeshArray& which) const;
 

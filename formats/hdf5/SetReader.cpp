@@ -15,6 +15,12 @@ MemberReader::MemberReader(Hdf5File& file, Handle group) : _file(file), _group(s
     _members = static_cast<std::uint64_t>(members);
 }
 
+std::unique_ptr<MemberReader> MemberReader::find(Hdf5File& file, const Handle& group, const std::string& name)
+{
+    Handle found = group ? findGroup(group.get(), {encodeName(name)}) : Handle();
+    return found ? std::make_unique<MemberReader>(file, std::move(found)) : nullptr;
+}
+
 KelZoneCategory MemberReader::category() const
 {
     return static_cast<KelZoneCategory>(readNumber(_group.get(), "kel_category").value_or(-1));

@@ -14,6 +14,10 @@ public:
     /// @param group  that of the set
     MemberReader(Hdf5File& file, Handle group);
 
+    /// That of a name in a group of sets or of set data.
+    /// @return null when there is none, or no group
+    static std::unique_ptr<MemberReader> find(Hdf5File& file, const Handle& group, const std::string& name);
+
     std::uint64_t members() const { return _members; }
     KelZoneCategory category() const; ///< of a set
     void blocks(std::vector<unsigned64>& sizes, std::vector<unsigned64>& minIds,

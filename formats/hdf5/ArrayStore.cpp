@@ -261,7 +261,7 @@ void ArrayReader::read(std::uint64_t first, std::uint64_t count, const KelBuffer
 {
     checkRange(_label, _shape, first, count);
     if (count > 0)
-        readValues(first, count, targetOf(values.data, values.type, _shape.type));
+        readValues(first, count, targetOf(values, _shape.type));
 }
 
 std::uint64_t ArrayReader::readStart(const KelBuffer& values) const

@@ -122,17 +122,6 @@ void FieldWriter::finish()
     }
 }
 
-namespace {
-
-// Room behind the first values.
-KelBuffer restOf(const KelBuffer& values, std::uint64_t count)
-{
-    const std::size_t size = sizeOf(storedTypeOfPlain(values.type));
-    return {static_cast<unsigned char*>(values.data) + count * size, values.capacity - count, values.type};
-}
-
-} // namespace
-
 std::unique_ptr<FieldReader> FieldReader::open(Hdf5File& file, hid_t group, const std::string& name)
 {
     auto reader = std::make_unique<FieldReader>();

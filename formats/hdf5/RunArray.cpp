@@ -254,10 +254,8 @@ void RunArrayReader::read(std::uint64_t row, std::uint64_t count, const KelBuffe
     if (_array)
         _array->read(row, count, values);
     else
-        values.visit([&](auto* first) {
-            using T = std::remove_pointer_t<decltype(first)>;
-            std::fill(first, first + count, static_cast<T>(_runs.begin()->second.value));
-        });
+        values.visit(
+            [&]<class T>(T* first) { std::fill(first, first + count, static_cast<T>(_runs.begin()->second.value)); });
 }
 
 #define KEL_INSTANTIATE(T) template void RunArrayWriter::set<T>(std::uint64_t, std::uint64_t, const T*);

@@ -164,14 +164,19 @@ Source sourceOf(const T* values, Stored type)
     return {values, sizeof(T), converterTo<T>(type), storedAs<T>() == type};
 }
 
-Target targetOf(void* values, KelPlainDataType as, Stored type)
+Target targetOf(const KelBuffer& values, Stored type)
 {
-    Target target;
-    visitPlainType(as, [&](auto* null) {
-        using T = std::remove_pointer_t<decltype(null)>;
-        target = {values, sizeof(T), converterFrom<T>(type), storedAs<T>() == type};
+    Target target{values.data, 0, [](const void*, void*, std::size_t) {}, false}; // for none of the ten types
+    values.visit([&]<class T>(T* typed) {
+        target = {typed, sizeof(T), converterFrom<T>(type), storedAs<T>() == type};
     });
     return target;
+}
+
+KelBuffer restOf(const KelBuffer& values, std::uint64_t count)
+{
+    const std::size_t size = sizeOf(storedTypeOfPlain(values.type));
+    return {static_cast<unsigned char*>(values.data) + count * size, values.capacity - count, values.type};
 }
 
 #define KEL_INSTANTIATE(T) template Source sourceOf<T>(const T*, Stored);

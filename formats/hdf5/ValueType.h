@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Hdf5Handle.h"
-#include "KelValueTypes.h"
+#include "KelValues.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -67,11 +67,16 @@ struct Target {
 /// For the ten value types.
 template <class T>
 Source sourceOf(const T* values, Stored type);
-Target targetOf(void* values, KelPlainDataType as, Stored type);
+
+/// Room that is filled with values of a stored type.
+Target targetOf(const KelBuffer& values, Stored type);
 template <class T>
 Target targetOf(T* values, Stored type)
 {
-    return targetOf(values, plainTypeOf<T>(), type);
+    return targetOf(KelBuffer(values, 0), type);
 }
+
+/// The room behind the first `count` values.
+KelBuffer restOf(const KelBuffer& values, std::uint64_t count);
 
 } // namespace meridyn::hdf5

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "KelExport.h"
+
 namespace meridyn {
 
 /// What the operations with a range hand over, as one list: arrays of the mesh by element id, and arrays of what the
@@ -54,6 +56,15 @@ constexpr KelArray listsOf(KelArray counts)
 {
     return static_cast<KelArray>(static_cast<int>(counts) - 1);
 }
+
+/// Whether the one behind it says how many values its elements have; all others have the same number for each.
+constexpr bool isOfLists(KelArray array)
+{
+    return isOfCounts(static_cast<KelArray>(static_cast<int>(array) + 1));
+}
+
+/// What an array is called in messages, "nodes of faces".
+KEL_API const char* nameOf(KelArray array);
 
 /// What holds data under names.
 enum class KelCollection {

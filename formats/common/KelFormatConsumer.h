@@ -142,7 +142,7 @@ public:
     KEL_DEFINE_LISTS(T, short) \
     KEL_DEFINE_LISTS(T, unsigned64) \
     void writeOtherDataForSetData(const std::string& name, const T* values, unsigned64 count) override { keepBlock(KelCollection::SetData, name, {values, count}); } \
-    void setValuesOfParticleTrackVariable(int variableId, const T* values, unsigned64 count) override { keepBlock(KelCollection::TrackChunk, variableName(variableId), {values, count}); } \
+    void setValuesOfParticleTrackVariable(int variableId, const T* values, unsigned64 count) override { setValuesOfParticleTrackVariable(variableName(variableId), values, count); } \
     void setValuesOfParticleTrackVariable(const std::string& name, const T* values, unsigned64 count) override { keepBlock(KelCollection::TrackChunk, name, {values, count}); }
     KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE

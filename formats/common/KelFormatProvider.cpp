@@ -105,6 +105,11 @@ bool KelFormatProvider::hasParticles() const
     return getActivePhase(phase) && hasParticles(phase);
 }
 
+bool KelFormatProvider::hasParticles(const std::string&) const
+{
+    return false;
+}
+
 bool KelFormatProvider::hasParticles(short phaseId) const
 {
     std::string phase;
@@ -181,6 +186,14 @@ bool KelFormatProvider::getSetNames(std::vector<std::string>& names) const
     const bool hasData = getSetNames(KEL_DATA, ofData);
     names.insert(names.end(), ofData.begin(), ofData.end());
     return hasCase || hasData;
+}
+
+/// A zone of other elements has no cells, whatever its range.
+std::pair<unsigned64, unsigned64> KelFormatProvider::rangeOfCellZone(int zoneId) const
+{
+    std::vector<int> ids;
+    getZoneIds(KEL_CELL_ZONE, ids);
+    return contains(ids, zoneId) ? rangeOfZone(zoneId) : std::pair<unsigned64, unsigned64>(0, 0);
 }
 
 KelPlainDataType KelFormatProvider::typeOf(KelCollection in, KelPart part, const std::string& name) const

@@ -56,13 +56,13 @@ public:
     unsigned64 getChildFaceIdsForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::FaceChildren, first, last, {ids, capacity}); }
     unsigned64 getChildFaceCountsForFacesInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::FaceChildCounts, first, last, {counts, capacity}); }
     unsigned64 getTypesForCellsInRange(unsigned64 first, unsigned64 last, KelCellType* types, unsigned64 capacity) const override { return give(KelArray::CellTypes, first, last, {types, capacity, KEL_PLAIN_INT}); }
-    bool hasUniformTypeForCellsInZone(int zoneId, KelCellType* type) const override { return isUniform(KelArray::CellTypes, rangeOfZone(zoneId), type); }
+    bool hasUniformTypeForCellsInZone(int zoneId, KelCellType* type) const override { return isUniform(KelArray::CellTypes, rangeOfCellZone(zoneId), type); }
     unsigned64 getNodeIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::CellNodes, first, last, {ids, capacity}); }
     unsigned64 getNodeCountsForCellsInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::CellNodeCounts, first, last, {counts, capacity}); }
-    bool hasUniformNodeCountForCellsInZone(int zoneId, short* count) const override { return isUniform(KelArray::CellNodeCounts, rangeOfZone(zoneId), count); }
+    bool hasUniformNodeCountForCellsInZone(int zoneId, short* count) const override { return isUniform(KelArray::CellNodeCounts, rangeOfCellZone(zoneId), count); }
     unsigned64 getFaceIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::CellFaces, first, last, {ids, capacity}); }
     unsigned64 getFaceCountsForCellsInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::CellFaceCounts, first, last, {counts, capacity}); }
-    bool hasUniformFaceCountForCellsInZone(int zoneId, short* count) const override { return isUniform(KelArray::CellFaceCounts, rangeOfZone(zoneId), count); }
+    bool hasUniformFaceCountForCellsInZone(int zoneId, short* count) const override { return isUniform(KelArray::CellFaceCounts, rangeOfCellZone(zoneId), count); }
     short getFaceCountForCell(unsigned64 cellId) const override; ///< By getFaceCountsForCellsInRange.
     unsigned64 getPartitionIdsForCellsInRange(unsigned64 first, unsigned64 last, int* ids, unsigned64 capacity) const override { return give(KelArray::CellPartitions, first, last, {ids, capacity}); }
     unsigned64 getChildCellIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::CellChildren, first, last, {ids, capacity}); }
@@ -83,6 +83,7 @@ public:
     /// @{
     using KelFileProvider::hasParticles;
     bool hasParticles() const override;
+    bool hasParticles(const std::string& phaseName) const override; ///< False here. The frame's own would ask the one above.
     bool hasParticles(short phaseId) const override;
     bool startReadingParticles() override;
     bool startReadingParticles(const std::string& phaseName) override;
@@ -142,7 +143,7 @@ public:
     bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<T>& values, unsigned64& valuesPerMember) const override { return getSize(KelCollection::SetData, name, valuesPerMember) && giveList(KelCollection::SetData, KelPart::Variables, name, values); } \
     bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<T>& values) const override { return giveList(KelCollection::SetData, KelPart::Lists, name, values); } \
     bool getOtherDataForSetData(const std::string& name, std::vector<T>& values) const override { return giveList(KelCollection::SetData, KelPart::Others, name, values); } \
-    unsigned64 getValuesOfParticleTrackVariable(int variableId, T* values, unsigned64 capacity) const override { return giveUpTo(KelCollection::TrackChunk, KelPart::Variables, variableName(variableId), {values, capacity}); } \
+    unsigned64 getValuesOfParticleTrackVariable(int variableId, T* values, unsigned64 capacity) const override { return getValuesOfParticleTrackVariable(variableName(variableId), values, capacity); } \
     unsigned64 getValuesOfParticleTrackVariable(const std::string& name, T* values, unsigned64 capacity) const override { return giveUpTo(KelCollection::TrackChunk, KelPart::Variables, name, {values, capacity}); }
     KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE)
 #undef KEL_DEFINE
@@ -221,6 +222,7 @@ private:
         return isThere;
     }
 
+    std::pair<unsigned64, unsigned64> rangeOfCellZone(int zoneId) const;
     KelPlainDataType typeOf(KelCollection in, KelPart part, const std::string& name) const;
     unsigned64 countOf(KelCollection in, KelPart part, const std::string& name) const;
     bool getSize(KelCollection in, const std::string& name, unsigned64& size) const;

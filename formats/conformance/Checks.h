@@ -27,7 +27,9 @@ using Checks = std::vector<Check>;
 void addMeshChecks(Checks& checks);     ///< arrays of the mesh
 void addZoneChecks(Checks& checks);     ///< zones, interfaces, case sections, local ids, several meshes
 void addSolutionChecks(Checks& checks); ///< phases, variables, time levels
-void addSetChecks(Checks& checks);      ///< sets, set data, particle tracks
+void addSetChecks(Checks& checks);      ///< sets
+void addSetDataChecks(Checks& checks);  ///< set data
+void addTrackChecks(Checks& checks);    ///< particle tracks
 void addTextChecks(Checks& checks);     ///< settings, log, locations
 void addOrderChecks(Checks& checks);    ///< calls too early, too late or twice
 void addReadingChecks(Checks& checks);  ///< what holds for every model that is read

@@ -24,6 +24,8 @@ const Checks& allChecks()
         conformance::addZoneChecks(made);
         conformance::addSolutionChecks(made);
         conformance::addSetChecks(made);
+        conformance::addSetDataChecks(made);
+        conformance::addTrackChecks(made);
         conformance::addTextChecks(made);
         conformance::addOrderChecks(made);
         return made;

@@ -1,48 +1,8 @@
-#include "Checks.h"
-
-#include "KelValueTypes.h"
-
-#include <limits>
+#include "SetSamples.h"
 
 namespace meridyn::conformance {
 
 namespace {
-
-using Names = std::vector<std::string>;
-
-constexpr unsigned64 memberCount = 7;
-const std::vector<unsigned64> blockSizes = {4, 0, 3};
-const std::vector<unsigned64> memberIds = {9, 2, 2, 30, 5, 6, 7}; // in their own order, repeats kept
-const std::vector<unsigned64> lengths = {2, 0, 1, 3, 0, 0, 4};
-constexpr unsigned64 lengthSum = 10;
-
-/// Calls `visit(null pointer to the type, its number, its name)` for the ten value types.
-template <class Visit>
-void forTypes(const Visit& visit)
-{
-    for (int type = KEL_PLAIN_UNSIGNED_CHAR; type <= KEL_PLAIN_DOUBLE; ++type)
-        visitPlainType(static_cast<KelPlainDataType>(type), [&](auto* null) {
-            visit(null, static_cast<KelPlainDataType>(type), "type " + std::to_string(type));
-        });
-}
-
-unsigned64 perMember(KelPlainDataType type)
-{
-    return type % 2 == 0 ? 1 : 3;
-}
-
-void sameType(Case& test, const std::string& what, KelPlainDataType expected, KelPlainDataType found)
-{
-    test.same("type of " + what, std::vector<int>{expected}, {found});
-}
-
-template <class T>
-std::vector<T> narrowed(const std::vector<unsigned64>& values)
-{
-    return {values.begin(), values.end()};
-}
-
-// ---- sets
 
 void writeSetIds(KelFileConsumer& writer)
 {
@@ -68,12 +28,6 @@ void writeLengths(KelFileConsumer& writer, const std::string& name, KelPlainData
         writer.setSizeOfVariableForSetInRange(7, 7, lengths.data() + 6, 1);
     }
     writer.endWritingSizeOfVariableForSet();
-}
-
-KelPlainDataType lengthTypeOf(KelPlainDataType type)
-{
-    static const KelPlainDataType types[] = {KEL_PLAIN_INT, KEL_PLAIN_SHORT, KEL_PLAIN_UNSIGNED64};
-    return types[type % 3];
 }
 
 void writeSet(KelFileConsumer& writer, const std::string& name)
@@ -247,217 +201,13 @@ void setsOfTheData(Case& test)
     });
 }
 
-// ---- set data
-
-template <class T, class Length>
-void writeRaggedSetData(KelFileConsumer& writer, Case& test, const std::string& label, const std::vector<T>& values)
-{
-    const std::vector<Length> own = narrowed<Length>(lengths);
-    test.same("values taken of ragged " + label, 3,
-              writer.setVariableLengthVariableForSetData(values.data(), 3, own.data(), 3));
-    test.same(
-        "values taken of ragged " + label, lengthSum - 3,
-        writer.setVariableLengthVariableForSetData(values.data() + 3, lengthSum - 3, own.data() + 3, memberCount - 3));
-}
-
-void writeSetData(KelFileConsumer& writer, Case& test, const std::string& name)
-{
-    writer.startWritingSetData(name, memberCount);
-    writer.startWritingIdsForSetData();
-    test.same("ids taken", 4, writer.setIdsForSetData(memberIds.data(), 4));
-    test.same("ids taken", 3, writer.setIdsForSetData(memberIds.data() + 4, 3));
-    writer.endWritingIdsForSetData();
-    forTypes([&](auto* null, KelPlainDataType type, const std::string& label) {
-        using T = std::remove_pointer_t<decltype(null)>;
-        const unsigned64 size = perMember(type);
-        const std::vector<T> values = someValues<T>(memberCount * size, type);
-        writer.startWritingVariableForSetData("constant " + label, size, type);
-        test.same("values taken of " + label, size, writer.setVariableForSetData(values.data(), size));
-        test.same("values taken of " + label, (memberCount - 1) * size,
-                  writer.setVariableForSetData(values.data() + size, (memberCount - 1) * size));
-        writer.endWritingVariableForSetData();
-
-        const std::vector<T> ragged = someValues<T>(lengthSum, type + 1);
-        writer.startWritingVariableLengthVariableForSetData("ragged " + label, type, lengthTypeOf(type));
-        if (lengthTypeOf(type) == KEL_PLAIN_INT)
-            writeRaggedSetData<T, int>(writer, test, label, ragged);
-        else if (lengthTypeOf(type) == KEL_PLAIN_SHORT)
-            writeRaggedSetData<T, short>(writer, test, label, ragged);
-        else
-            writeRaggedSetData<T, unsigned64>(writer, test, label, ragged);
-        writer.endWritingVariableLengthVariableForSetData();
-
-        const std::vector<T> block = someValues<T>(5, type + 2);
-        writer.writeOtherDataForSetData("block " + label, block.data(), block.size());
-    });
-    writer.writeStringDataForSetData("text", "of the set data");
-    writer.endWritingSetData();
-}
-
-void expectSetData(Case& test, KelFileProvider& reader, const std::string& name)
-{
-    unsigned64 members = 0;
-    if (!test.expect(reader.startReadingSetData(name, members), "set data '" + name + "' cannot be opened"))
-        return;
-    test.same("members", memberCount, members);
-    std::vector<unsigned64> ids = {1};
-    test.expect(reader.getIdsForSetData(ids), "there are no ids");
-    test.same("ids of the members", memberIds, ids);
-    Names constant, ragged, blocks, texts, expected, expectedRagged, expectedBlocks;
-    forTypes([&](auto* null, KelPlainDataType type, const std::string& label) {
-        using T = std::remove_pointer_t<decltype(null)>;
-        expected.push_back("constant " + label);
-        expectedRagged.push_back("ragged " + label);
-        expectedBlocks.push_back("block " + label);
-        std::vector<T> values(1);
-        unsigned64 size = 0;
-        sameType(test, "constant " + label, type, reader.getDataTypeOfDataForSetData("constant " + label));
-        test.expect(reader.getDataOfConstantLengthVarForSetData("constant " + label, values, size),
-                    "constant " + label + " is not there");
-        test.same("values per member of " + label, perMember(type), size);
-        test.same("constant " + label, someValues<T>(memberCount * perMember(type), type), values);
-        sameType(test, "ragged " + label, type, reader.getDataTypeOfDataForSetData("ragged " + label));
-        sameType(test, "lengths of " + label, lengthTypeOf(type),
-                 reader.getDataTypeOfSizeForSetData("ragged " + label));
-        std::vector<unsigned64> foundLengths;
-        test.expect(reader.getSizeOfVariableLengthVarForSetData("ragged " + label, foundLengths),
-                    "lengths of " + label + " are not there");
-        test.same("lengths of " + label, lengths, foundLengths);
-        test.expect(reader.getDataOfVariableLengthVarForSetData("ragged " + label, values),
-                    "ragged " + label + " is not there");
-        test.same("ragged " + label, someValues<T>(lengthSum, type + 1), values);
-        sameType(test, "block " + label, type, reader.getDataTypeOfDataForSetData("block " + label));
-        test.expect(reader.getOtherDataForSetData("block " + label, values), "block " + label + " is not there");
-        test.same("block " + label, someValues<T>(5, type + 2), values);
-    });
-    reader.getConstantLengthVariablesInSetData(constant);
-    reader.getVariableLengthVariablesInSetData(ragged);
-    reader.getOtherVariablesInSetData(blocks);
-    reader.getStringVariablesInSetData(texts);
-    test.same("variables of the set data", expected, constant);
-    test.same("variables with lengths of the set data", expectedRagged, ragged);
-    test.same("blocks of the set data", expectedBlocks, blocks);
-    test.same("texts of the set data", Names{"text"}, texts);
-    std::string text;
-    test.same("length of the text", 15, reader.getStringDataForSetData("text", text));
-    test.same("text of the set data", "of the set data", text);
-    reader.endReadingSetData();
-    test.expect(!reader.startReadingSetData("no such set", members), "set data that is not there is opened");
-}
-
-void setData(Case& test)
-{
-    const auto write = [&](KelFileConsumer& writer) {
-        std::vector<short> phases;
-        writer.setPhaseNames({"water", "coal"}, phases);
-        writer.startWritingTimeLevel(1);
-        writer.startWritingPhase(phases[1]);
-        writeSetData(writer, test, "injection \xC3\xA4/1");
-        writeSetData(writer, test, "another");
-        writer.endWritingPhase();
-    };
-    roundTrip(test, smallMesh(), nullptr, write, [&](KelFileProvider& reader) {
-        Names names;
-        reader.startReadingTimeLevel(1);
-        reader.startReadingPhase(1);
-        reader.getSetDataNames(names);
-        test.same("set data of a phase without", Names{}, names);
-        reader.startReadingPhase(2);
-        reader.getSetDataNames(names);
-        test.same("names of set data", Names{"injection \xC3\xA4/1", "another"}, names);
-        test.expect(reader.hasParticles(), "set data are no particles");
-        names.clear();
-        reader.getInjectionNames(names);
-        test.same("names of injections", Names{"injection \xC3\xA4/1", "another"}, names);
-        expectSetData(test, reader, "injection \xC3\xA4/1");
-    });
-}
-
-// ---- particle tracks
-
-constexpr unsigned64 pointCount = 6;
-
-void particleTracks(Case& test)
-{
-    const std::string group = "group #1/\"a\"";
-    const auto write = [&](KelFileConsumer& writer) {
-        std::vector<short> phases;
-        writer.setPhaseNames({"water", "coal"}, phases);
-        writer.startWritingTimeLevel(1);
-        int speed = 0;
-        writer.addPhaseVariable(phases[1], "speed", speed);
-        if (!test.expect(writer.startWritingParticleTracks(phases[1], 1, KEL_DEFAULT_TARGET, -1),
-                         "the tracks are not taken"))
-            return;
-        writer.startWritingPartiticleTrackGroup(group);
-        for (const int chunk : {7, -2}) {
-            writer.startWritingChunkInPartiticleTrackGroup(chunk, pointCount);
-            forTypes([&](auto* null, KelPlainDataType type, const std::string& label) {
-                const auto values =
-                    someValues<std::remove_pointer_t<decltype(null)>>(pointCount * perMember(type), type + chunk + 9);
-                writer.setValuesOfParticleTrackVariable(label, values.data(), values.size());
-            });
-            const std::vector<double> speeds(pointCount, 0.1 + chunk);
-            writer.setValuesOfParticleTrackVariable(speed, speeds.data(), speeds.size());
-            writer.endWritingChunkInPartiticleTrackGroup();
-        }
-        writer.endWritingPartiticleTrackGroup();
-        writer.startWritingPartiticleTrackGroup("empty");
-        writer.endWritingPartiticleTrackGroup();
-        writer.endWritingParticleTracks();
-    };
-    roundTrip(test, smallMesh(), nullptr, write, [&](KelFileProvider& reader) {
-        reader.startReadingTimeLevel(1);
-        test.expect(reader.hasParticleTracks(2, 1, KEL_DEFAULT_TARGET, -1), "the phase has no tracks");
-        test.expect(!reader.hasParticleTracks(1, 1, KEL_DEFAULT_TARGET, -1), "the other phase has tracks");
-        test.expect(!reader.hasParticleTracks(2, 3, KEL_DEFAULT_TARGET, -1), "another mesh has tracks");
-        test.same("phases with tracks", std::vector<short>{2},
-                  reader.getPhasesWithParticleTracks(1, KEL_DEFAULT_TARGET, -1));
-        reader.startReadingParticleTracks(2, 1, KEL_DEFAULT_TARGET, -1);
-        Names groups = {"replaced"}, expected;
-        reader.getParticleTrackGroups(groups);
-        test.same("groups", Names{group, "empty"}, groups);
-        reader.startReadingParticleTrackGroup(group);
-        std::vector<int> chunks;
-        reader.getChunksInParticleTrackGroup(chunks);
-        test.same("chunks", {7, -2}, chunks);
-        for (const int chunk : {-2, 7}) {
-            reader.startReadingChunkInParticleTrackGroup(chunk);
-            test.same("points", pointCount, reader.getPointCountOfParticleTrackChunk());
-            expected = {"speed"};
-            forTypes([&](auto* null, KelPlainDataType type, const std::string& label) {
-                using T = std::remove_pointer_t<decltype(null)>;
-                expected.push_back(label);
-                sameType(test, label, type, reader.getDataTypeOfParticleTrackVariable(label));
-                std::vector<T> values(reader.getValueCountOfParticleTrackVariable(label));
-                values.resize(reader.getValuesOfParticleTrackVariable(label, values.data(), values.size()));
-                test.same(label + " of chunk " + std::to_string(chunk),
-                          someValues<T>(pointCount * perMember(type), type + chunk + 9), values);
-            });
-            Names names;
-            reader.getParticleTrackVariables(names);
-            test.same("variables", expected, names);
-            int speed = 0;
-            reader.getVariableId("coal", "speed", speed);
-            std::vector<double> speeds(pointCount);
-            speeds.resize(reader.getValuesOfParticleTrackVariable(speed, speeds.data(), pointCount));
-            test.same("values by variable id", std::vector<double>(pointCount, 0.1 + chunk), speeds);
-            reader.endReadingChunkInParticleTrackGroup();
-        }
-        reader.endReadingParticleTrackGroup();
-        reader.endReadingParticleTracks();
-    });
-}
-
 } // namespace
 
 void addSetChecks(Checks& checks)
 {
-    const KelFormatFamilies phases = families({KEL_FAMILY_PHASES});
     checks.push_back({"sets-of-the-case", families({KEL_FAMILY_SETS}), setsOfTheCase});
-    checks.push_back({"sets-of-the-data", families({KEL_FAMILY_SETS, KEL_FAMILY_TIME_LEVELS}) | phases, setsOfTheData});
-    checks.push_back({"set-data", families({KEL_FAMILY_SET_DATA}) | phases, setData});
-    checks.push_back({"particle-tracks", families({KEL_FAMILY_PARTICLE_TRACKS}) | phases, particleTracks});
+    checks.push_back(
+        {"sets-of-the-data", families({KEL_FAMILY_SETS, KEL_FAMILY_TIME_LEVELS, KEL_FAMILY_PHASES}), setsOfTheData});
 }
 
 } // namespace meridyn::conformance

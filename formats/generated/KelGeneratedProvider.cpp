@@ -5,8 +5,9 @@
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
+#include "RangeFilling.h"
 
-#include <algorithm>
+#include <array>
 #include <list>
 #include <map>
 
@@ -15,43 +16,6 @@ namespace meridyn {
 namespace {
 
 constexpr int onlyMeshId = 1;
-
-/// Calls `put` for each id of a range, as long as what it needs fits; gives the number of values stored.
-///
-/// @param put  stores the values of an element at an address, if their number fits into the room, and gives that number
-template <class T, class Put>
-unsigned64 fill(unsigned64 firstId, unsigned64 lastId, T* buffer, unsigned64 capacity, const Put& put)
-{
-    unsigned64 stored = 0;
-    for (unsigned64 id = firstId; id <= lastId; ++id) {
-        const unsigned64 count = put(id, buffer + stored, capacity - stored);
-        if (count > capacity - stored)
-            break;
-        stored += count;
-    }
-    return stored;
-}
-
-/// Puts one value per element.
-template <class T, class Get>
-unsigned64 fillSingle(unsigned64 firstId, unsigned64 lastId, T* buffer, unsigned64 capacity, const Get& get)
-{
-    return fill(firstId, lastId, buffer, capacity, [&get](unsigned64 id, T* to, unsigned64 room) {
-        if (room > 0)
-            *to = static_cast<T>(get(id));
-        return unsigned64{1};
-    });
-}
-
-/// Puts the first `count` values of an array per element.
-template <class Values, class T>
-unsigned64 putArray(const Values& values, std::size_t count, T* to, unsigned64 room)
-{
-    if (count <= room)
-        std::transform(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(count), to,
-                       [](auto value) { return static_cast<T>(value); });
-    return count;
-}
 
 } // namespace
 
@@ -205,15 +169,9 @@ void KelGeneratedProvider::declareLocations()
 
 // ---- what there is ------------------------------------------------------------------------------------------------
 
-std::vector<int> KelGeneratedProvider::availableMeshIds(KelDataClass) const
+std::vector<KelMeshKey> KelGeneratedProvider::meshKeys(KelDataClass) const
 {
-    return isReadingData() ? std::vector<int>{onlyMeshId} : std::vector<int>{};
-}
-
-std::vector<KelTargetCategory> KelGeneratedProvider::availableTargets(int meshId, KelDataClass) const
-{
-    const bool isKnown = isReadingData() && (meshId == -1 || meshId == onlyMeshId);
-    return isKnown ? std::vector<KelTargetCategory>{KEL_DEFAULT_TARGET} : std::vector<KelTargetCategory>{};
+    return isReadingData() ? std::vector<KelMeshKey>{{onlyMeshId, KEL_DEFAULT_TARGET, -1}} : std::vector<KelMeshKey>{};
 }
 
 bool KelGeneratedProvider::isOpen(KelDataClass dataClass) const
@@ -221,174 +179,111 @@ bool KelGeneratedProvider::isOpen(KelDataClass dataClass) const
     return _open[dataClass == KEL_DATA ? 1 : 0];
 }
 
-bool KelGeneratedProvider::hasFaces(unsigned64 firstId, unsigned64 lastId) const
+/// Whether an array has values for all elements of a range.
+bool KelGeneratedProvider::has(KelArray array, unsigned64 first, unsigned64 last) const
 {
-    return isOpen(KEL_CASE) && firstId >= 1 && firstId <= lastId && lastId <= _mesh->faceCount();
-}
-
-bool KelGeneratedProvider::hasCells(unsigned64 firstId, unsigned64 lastId, KelDataClass dataClass) const
-{
-    return isOpen(dataClass) && firstId >= 1 && firstId <= lastId && lastId <= _mesh->cellCount();
-}
-
-// ---- nodes --------------------------------------------------------------------------------------------------------
-
-template <class T>
-unsigned64 KelGeneratedProvider::readCoordinates(unsigned64 firstId, unsigned64 lastId, T* xyz,
-                                                 unsigned64 capacity) const
-{
-    if (!isOpen(KEL_CASE) || firstId < 1 || lastId > _mesh->nodeCount())
-        return 0;
-    return fill(firstId, lastId, xyz, capacity, [this](unsigned64 id, T* to, unsigned64 room) {
-        return putArray(_mesh->coordinates(id), 3, to, room);
-    });
-}
-
-unsigned64 KelGeneratedProvider::getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, float* xyz,
-                                                               unsigned64 capacity) const
-{
-    return readCoordinates(firstId, lastId, xyz, capacity);
-}
-
-unsigned64 KelGeneratedProvider::getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, double* xyz,
-                                                               unsigned64 capacity) const
-{
-    return readCoordinates(firstId, lastId, xyz, capacity);
-}
-
-// ---- faces --------------------------------------------------------------------------------------------------------
-
-bool KelGeneratedProvider::hasUniformNodeCountForFacesInRange(unsigned64 firstId, unsigned64 lastId,
-                                                              short* nodeCount) const
-{
-    const short common = hasFaces(firstId, lastId) ? _mesh->uniformFaceNodeCount(firstId, lastId) : short{0};
-    if (common != 0)
-        *nodeCount = common;
-    return common != 0;
-}
-
-unsigned64 KelGeneratedProvider::getNodeCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts,
-                                                              unsigned64 capacity) const
-{
-    if (!hasFaces(firstId, lastId))
-        return 0;
-    return fillSingle(firstId, lastId, nodeCounts, capacity,
-                      [this](unsigned64 id) { return _mesh->face(id).nodeCount; });
-}
-
-unsigned64 KelGeneratedProvider::getNodeIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds,
-                                                           unsigned64 capacity) const
-{
-    if (!hasFaces(firstId, lastId))
-        return 0;
-    return fill(firstId, lastId, nodeIds, capacity, [this](unsigned64 id, unsigned64* to, unsigned64 room) {
-        const BoxMesh::Face face = _mesh->face(id);
-        return putArray(face.nodes, static_cast<std::size_t>(face.nodeCount), to, room);
-    });
-}
-
-unsigned64 KelGeneratedProvider::getCell0sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds,
-                                                          unsigned64 capacity) const
-{
-    if (!hasFaces(firstId, lastId))
-        return 0;
-    return fillSingle(firstId, lastId, cellIds, capacity, [this](unsigned64 id) { return _mesh->face(id).cell0; });
-}
-
-unsigned64 KelGeneratedProvider::getCell1sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds,
-                                                          unsigned64 capacity) const
-{
-    if (!hasFaces(firstId, lastId))
-        return 0;
-    return fillSingle(firstId, lastId, cellIds, capacity, [this](unsigned64 id) { return _mesh->face(id).cell1; });
-}
-
-unsigned64 KelGeneratedProvider::getShadowFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                 unsigned64* shadowFaceIds, unsigned64 capacity) const
-{
-    if (!hasFaces(firstId, lastId) || !_mesh->description().periodic)
-        return 0;
-    return fillSingle(firstId, lastId, shadowFaceIds, capacity,
-                      [this](unsigned64 id) { return _mesh->face(id).shadow; });
-}
-
-unsigned64 KelGeneratedProvider::getChildFaceCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                   short* childCounts, unsigned64 capacity) const
-{
-    if (!hasFaces(firstId, lastId) || !_mesh->description().hanging)
-        return 0;
-    return fillSingle(firstId, lastId, childCounts, capacity,
-                      [this](unsigned64 id) { return _mesh->face(id).childCount; });
-}
-
-unsigned64 KelGeneratedProvider::getChildFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                unsigned64* childIds, unsigned64 capacity) const
-{
-    if (!hasFaces(firstId, lastId) || !_mesh->description().hanging)
-        return 0;
-    return fill(firstId, lastId, childIds, capacity, [this](unsigned64 id, unsigned64* to, unsigned64 room) {
-        const BoxMesh::Face face = _mesh->face(id);
-        return putArray(face.children, static_cast<std::size_t>(face.childCount), to, room);
-    });
-}
-
-// ---- cells --------------------------------------------------------------------------------------------------------
-
-bool KelGeneratedProvider::hasUniformTypeForCellsInZone(int zoneId, KelCellType* type) const
-{
-    if (!isOpen(KEL_CASE))
+    if (!isOpen(array == KelArray::PhaseVariable ? KEL_DATA : KEL_CASE))
         return false;
-    for (const BoxMesh::Zone& zone : _mesh->zones())
-        if (zone.id == zoneId && zone.category == KEL_CELL_ZONE)
-            return _mesh->hasUniformType(zone.first, zone.last, *type);
-    return false;
+    const BoxDescription& box = _mesh->description();
+    const bool isPolyhedral = box.shape == BlockTemplate::Shape::Polyhedra;
+    const auto isWithin = [first, last](unsigned64 count) { return first >= 1 && first <= last && last <= count; };
+    switch (array) {
+    case KelArray::Coordinates:
+        return isWithin(_mesh->nodeCount());
+    case KelArray::FaceNodes:
+    case KelArray::FaceNodeCounts:
+    case KelArray::FaceCell0s:
+    case KelArray::FaceCell1s:
+        return isWithin(_mesh->faceCount());
+    case KelArray::FaceShadows:
+        return isWithin(_mesh->faceCount()) && box.periodic;
+    case KelArray::FaceChildren:
+    case KelArray::FaceChildCounts:
+        return isWithin(_mesh->faceCount()) && box.hanging;
+    case KelArray::CellTypes:
+    case KelArray::CellNodes:
+        return isWithin(_mesh->cellCount());
+    case KelArray::CellNodeCounts:
+        return isWithin(_mesh->cellCount()) && !isPolyhedral;
+    case KelArray::CellPartitions:
+        return isWithin(_mesh->cellCount()) && box.partitions > 0;
+    case KelArray::PhaseVariable:
+        return isWithin(_mesh->cellCount()) && _field != 0;
+    default:
+        return false;
+    }
 }
 
-unsigned64 KelGeneratedProvider::getTypesForCellsInRange(unsigned64 firstId, unsigned64 lastId, KelCellType* types,
-                                                         unsigned64 capacity) const
+// ---- arrays -------------------------------------------------------------------------------------------------------
+
+unsigned64 KelGeneratedProvider::give(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& values) const
 {
-    if (!hasCells(firstId, lastId, KEL_CASE))
+    if (!has(array, first, last))
         return 0;
-    return fillSingle(firstId, lastId, types, capacity, [this](unsigned64 id) { return _mesh->cellType(id); });
+    const auto single = [&](const auto& get) { return fillSingle(first, last, values, get); };
+    const auto lists = [&](const auto& get) { return fillLists(first, last, values, get); };
+    BoxMesh::Face face; // what the lists below give lies in these
+    std::array<double, 3> point{};
+    std::vector<unsigned64> nodes;
+    switch (array) {
+    case KelArray::Coordinates:
+        return lists([&](unsigned64 id) {
+            point = _mesh->coordinates(id);
+            return std::pair(point.begin(), point.end());
+        });
+    case KelArray::FaceNodes:
+        return lists([&](unsigned64 id) {
+            face = _mesh->face(id);
+            return std::pair(face.nodes.begin(), face.nodes.begin() + face.nodeCount);
+        });
+    case KelArray::FaceNodeCounts:
+        return single([this](unsigned64 id) { return _mesh->face(id).nodeCount; });
+    case KelArray::FaceCell0s:
+        return single([this](unsigned64 id) { return _mesh->face(id).cell0; });
+    case KelArray::FaceCell1s:
+        return single([this](unsigned64 id) { return _mesh->face(id).cell1; });
+    case KelArray::FaceShadows:
+        return single([this](unsigned64 id) { return _mesh->face(id).shadow; });
+    case KelArray::FaceChildren:
+        return lists([&](unsigned64 id) {
+            face = _mesh->face(id);
+            return std::pair(face.children.begin(), face.children.begin() + face.childCount);
+        });
+    case KelArray::FaceChildCounts:
+        return single([this](unsigned64 id) { return _mesh->face(id).childCount; });
+    case KelArray::CellTypes:
+        return single([this](unsigned64 id) { return static_cast<int>(_mesh->cellType(id)); });
+    case KelArray::CellNodes:
+        return lists([&](unsigned64 id) {
+            nodes = _mesh->cellNodes(id);
+            return std::pair(nodes.begin(), nodes.end());
+        });
+    case KelArray::CellNodeCounts:
+        return single([this](unsigned64 id) { return _mesh->cellNodes(id).size(); });
+    case KelArray::CellPartitions:
+        return single([this](unsigned64 id) { return _mesh->cellPartition(id); });
+    case KelArray::PhaseVariable:
+        return single([this](unsigned64 id) { return fieldValue(id); });
+    default:
+        return 0;
+    }
 }
 
-bool KelGeneratedProvider::hasUniformNodeCountForCellsInZone(int zoneId, short* nodeCount) const
+std::optional<signed64> KelGeneratedProvider::uniformValue(KelArray array, unsigned64 first, unsigned64 last) const
 {
+    if (!has(array, first, last))
+        return std::nullopt;
+    if (array == KelArray::FaceNodeCounts) {
+        const short count = _mesh->uniformFaceNodeCount(first, last);
+        return count != 0 ? std::optional<signed64>(count) : std::nullopt;
+    }
     KelCellType type = KEL_CELL_POLYHEDRON;
-    if (!hasUniformTypeForCellsInZone(zoneId, &type) || type == KEL_CELL_POLYHEDRON ||
-        _mesh->uniformCellNodeCount() == 0)
-        return false;
-    *nodeCount = _mesh->uniformCellNodeCount();
-    return true;
-}
-
-unsigned64 KelGeneratedProvider::getNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts,
-                                                              unsigned64 capacity) const
-{
-    if (!hasCells(firstId, lastId, KEL_CASE) || _mesh->description().shape == BlockTemplate::Shape::Polyhedra)
-        return 0;
-    return fillSingle(firstId, lastId, nodeCounts, capacity,
-                      [this](unsigned64 id) { return _mesh->cellNodes(id).size(); });
-}
-
-unsigned64 KelGeneratedProvider::getNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds,
-                                                           unsigned64 capacity) const
-{
-    if (!hasCells(firstId, lastId, KEL_CASE))
-        return 0;
-    return fill(firstId, lastId, nodeIds, capacity, [this](unsigned64 id, unsigned64* to, unsigned64 room) {
-        const std::vector<unsigned64> nodes = _mesh->cellNodes(id);
-        return putArray(nodes, nodes.size(), to, room);
-    });
-}
-
-unsigned64 KelGeneratedProvider::getPartitionIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                int* partitionIds, unsigned64 capacity) const
-{
-    if (!hasCells(firstId, lastId, KEL_CASE) || _mesh->description().partitions == 0)
-        return 0;
-    return fillSingle(firstId, lastId, partitionIds, capacity,
-                      [this](unsigned64 id) { return _mesh->cellPartition(id); });
+    if (!_mesh->hasUniformType(first, last, type))
+        return std::nullopt;
+    if (array == KelArray::CellTypes)
+        return type;
+    const short count = type == KEL_CELL_POLYHEDRON ? short{0} : _mesh->uniformCellNodeCount();
+    return array == KelArray::CellNodeCounts && count != 0 ? std::optional<signed64>(count) : std::nullopt;
 }
 
 int KelGeneratedProvider::getPartitionCountOfCells() const
@@ -402,20 +297,10 @@ unsigned64 KelGeneratedProvider::startReadingZonesOfCategoryWithPhaseVariable(Ke
                                                                               const std::string& variableName,
                                                                               std::vector<int>& zoneIds)
 {
-    int variableId = 0;
-    if (!getVariableId(variableName, variableId))
-        variableId = -1;
-    return startReadingZonesOfCategoryWithPhaseVariable(category, variableId, zoneIds);
-}
-
-unsigned64 KelGeneratedProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId,
-                                                                              std::vector<int>& zoneIds)
-{
     zoneIds.clear();
     _field = 0;
-    short phase = 0;
-    if (!isOpen(KEL_DATA) || category != KEL_CELL_ZONE || !getActivePhase(phase) ||
-        !solutionModel()->hasVariable(phase, variableId))
+    int variableId = 0;
+    if (!isOpen(KEL_DATA) || category != KEL_CELL_ZONE || !getVariableId(variableName, variableId))
         return 0;
     _field = (variableId - 1) % _mesh->description().fields + 1; // ids were given phase by phase
     getZoneIds(KEL_CELL_ZONE, zoneIds);
@@ -429,26 +314,6 @@ double KelGeneratedProvider::fieldValue(unsigned64 cellId) const
     getActivePhase(phase);
     const auto [x, y, z] = _mesh->cellCentre(cellId);
     return phase + 0.1 * _field + 0.01 * getTimeLevel() + x * (1.0 + 0.5 * y) - z * z;
-}
-
-template <class T>
-unsigned64 KelGeneratedProvider::readValues(unsigned64 firstId, unsigned64 lastId, T* values, unsigned64 capacity) const
-{
-    if (!hasCells(firstId, lastId, KEL_DATA) || _field == 0)
-        return 0;
-    return fillSingle(firstId, lastId, values, capacity, [this](unsigned64 id) { return fieldValue(id); });
-}
-
-unsigned64 KelGeneratedProvider::getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                            float* values, unsigned64 capacity) const
-{
-    return readValues(firstId, lastId, values, capacity);
-}
-
-unsigned64 KelGeneratedProvider::getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                            double* values, unsigned64 capacity) const
-{
-    return readValues(firstId, lastId, values, capacity);
 }
 
 } // namespace meridyn

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KelFileProvider.h"
+#include "KelFormatProvider.h"
 
 #include <memory>
 #include <string>
@@ -34,7 +34,7 @@ class BoxMesh;
 /// Arrays of the mesh are there while the case is open, values while the data is.
 /// A range that holds an id outside the mesh gives nothing; a buffer too small for a range gets the whole elements that
 /// fit.
-class KEL_API KelGeneratedProvider : public KelFileProvider {
+class KEL_API KelGeneratedProvider : public KelFormatProvider {
 public:
     /// Nothing is open.
     KelGeneratedProvider();
@@ -43,46 +43,22 @@ public:
     /// Whether a text is a line that this reader understands.
     static bool understands(const std::string& text);
 
-    // clang-format off
     bool isReadingData() const override;
-    std::vector<int>               availableMeshIds(KelDataClass dataClass) const override;
-    std::vector<KelTargetCategory> availableTargets(int meshId, KelDataClass dataClass) const override;
+    int getPartitionCountOfCells() const override;
 
-    /// The targets of the one mesh.
-    using KelProvider::availableTargets;
-    using KelProvider::getCoordinatesForNodesInRange;
-    using KelProvider::startReadingZonesOfCategoryWithPhaseVariable;
-
-    unsigned64 getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, float*  xyz, unsigned64 capacity) const override;
-    unsigned64 getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, double* xyz, unsigned64 capacity) const override;
-
-    bool       hasUniformNodeCountForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCount) const override;
-    unsigned64 getNodeCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
-    unsigned64 getNodeIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
-    unsigned64 getCell0sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds, unsigned64 capacity) const override;
-    unsigned64 getCell1sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds, unsigned64 capacity) const override;
-    unsigned64 getShadowFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* shadowFaceIds, unsigned64 capacity) const override;
-    unsigned64 getChildFaceCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* childCounts, unsigned64 capacity) const override;
-    unsigned64 getChildFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* childIds, unsigned64 capacity) const override;
-
-    bool       hasUniformTypeForCellsInZone(int zoneId, KelCellType* type) const override;
-    unsigned64 getTypesForCellsInRange(unsigned64 firstId, unsigned64 lastId, KelCellType* types, unsigned64 capacity) const override;
-    bool       hasUniformNodeCountForCellsInZone(int zoneId, short* nodeCount) const override;
-    unsigned64 getNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
-    unsigned64 getNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
-    unsigned64 getPartitionIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, int* partitionIds, unsigned64 capacity) const override;
-    int        getPartitionCountOfCells() const override;
-
-    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds) override;
-    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId, std::vector<int>& zoneIds) override;
-    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, float*  values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, double* values, unsigned64 capacity) const override;
-    // clang-format on
+    using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
+    /// Variables live on the cells, one value each.
+    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName,
+                                                            std::vector<int>& zoneIds) override;
 
 protected:
     bool openData(KelDataClass dataClass, const std::string& fileName) override;
     bool closeData(KelDataClass dataClass) override;
     bool updateData(KelDataClass dataClass) override;
+
+    std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const override;
+    unsigned64 give(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& values) const override;
+    std::optional<signed64> uniformValue(KelArray array, unsigned64 first, unsigned64 last) const override;
 
 private:
     bool declareMesh();
@@ -90,13 +66,8 @@ private:
     void declareAdjacency();
     void declareLocations();
     bool isOpen(KelDataClass dataClass) const;
-    bool hasCells(unsigned64 firstId, unsigned64 lastId, KelDataClass dataClass) const;
-    bool hasFaces(unsigned64 firstId, unsigned64 lastId) const;
+    bool has(KelArray array, unsigned64 first, unsigned64 last) const;
     double fieldValue(unsigned64 cellId) const;
-    template <class T>
-    unsigned64 readCoordinates(unsigned64 firstId, unsigned64 lastId, T* xyz, unsigned64 capacity) const;
-    template <class T>
-    unsigned64 readValues(unsigned64 firstId, unsigned64 lastId, T* values, unsigned64 capacity) const;
 
     std::unique_ptr<BoxMesh> _mesh;
     bool _open[2] = {false, false};

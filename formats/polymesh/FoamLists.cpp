@@ -134,19 +134,25 @@ bool FoamReader::atClose(const Opening& opening, std::uint64_t index, const char
     return isClosed;
 }
 
-std::uint64_t FoamReader::textLabel(const char* what)
+/// Takes a number that stands right here, which almost all do. Otherwise moves to it and gives false.
+template <class Number>
+bool FoamReader::takeNumber(Number& value)
 {
-    std::uint64_t value = 0;
     _source.ensure(longestNumber);
     const char* at = _source.begin();
     while (at != _source.end() && isBlank(*at))
         ++at;
     const auto [end, error] = std::from_chars(at, _source.end(), value);
-    if (error == std::errc() && endsNumber(end, _source.end())) {
-        _source.advance(end);
+    const bool isWhole = error == std::errc() && endsNumber(end, _source.end());
+    _source.advance(isWhole ? end : at);
+    return isWhole;
+}
+
+std::uint64_t FoamReader::textLabel(const char* what)
+{
+    std::uint64_t value = 0;
+    if (takeNumber(value))
         return value;
-    }
-    _source.advance(at);
     const FoamToken token = next(); // a comment may stand before it
     const char* tokenEnd = token.text.data() + token.text.size();
     const auto [stop, problem] = std::from_chars(token.text.data(), tokenEnd, value);
@@ -158,16 +164,8 @@ std::uint64_t FoamReader::textLabel(const char* what)
 double FoamReader::textScalar(const char* what)
 {
     double value = 0;
-    _source.ensure(longestNumber);
-    const char* at = _source.begin();
-    while (at != _source.end() && isBlank(*at))
-        ++at;
-    const auto [end, error] = std::from_chars(at, _source.end(), value);
-    if (error == std::errc() && endsNumber(end, _source.end())) {
-        _source.advance(end);
+    if (takeNumber(value))
         return value;
-    }
-    _source.advance(at);
     const FoamToken token = next(); // with a comment before it, a plus sign, or beyond the range of a double
     if (token.kind == FoamToken::Word && foamNumber(token.text, value))
         return value;

@@ -112,6 +112,8 @@ private:
     bool isRaw(const Opening& opening) const;
     void endRaw();
     bool atClose(const Opening& opening, std::uint64_t index, const char* what);
+    template <class Number>
+    bool takeNumber(Number& value);
     std::uint64_t textLabel(const char* what);
     double textScalar(const char* what);
     void rawLabels(std::uint64_t count, std::vector<std::uint32_t>& values);

@@ -255,17 +255,12 @@ void KelPolyMeshProvider::initLocationModel() const
     }
 }
 
-std::vector<int> KelPolyMeshProvider::availableMeshIds(KelDataClass) const
+std::vector<KelMeshKey> KelPolyMeshProvider::meshKeys(KelDataClass) const
 {
-    std::vector<int> ids;
+    std::vector<KelMeshKey> keys;
     for (std::size_t n = 0; _case && n < _case->folder.meshes().size(); ++n)
-        ids.push_back(static_cast<int>(n) + 1);
-    return ids;
-}
-
-std::vector<KelTargetCategory> KelPolyMeshProvider::availableTargets(int, KelDataClass) const
-{
-    return _case ? std::vector<KelTargetCategory>{KEL_DEFAULT_TARGET} : std::vector<KelTargetCategory>{};
+        keys.push_back({static_cast<int>(n) + 1, KEL_DEFAULT_TARGET, -1});
+    return keys;
 }
 
 } // namespace meridyn

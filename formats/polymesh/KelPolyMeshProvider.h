@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KelFileProvider.h"
+#include "KelFormatProvider.h"
 
 #include <memory>
 #include <string>
@@ -39,7 +39,7 @@ namespace meridyn {
 ///           was found; the call then gives false or 0. A range that holds an id outside the mesh gives nothing; a
 ///           buffer too small for a range gets the whole elements that fit.
 /// Memory    The mesh is held in memory, and one field.
-class KEL_API KelPolyMeshProvider : public KelFileProvider {
+class KEL_API KelPolyMeshProvider : public KelFormatProvider {
 public:
     /// Nothing is open; the settings parser is registered.
     KelPolyMeshProvider();
@@ -53,57 +53,17 @@ public:
 
     // clang-format off
     bool isReadingData() const override;
-    std::vector<int>               availableMeshIds(KelDataClass dataClass) const override;
-    std::vector<KelTargetCategory> availableTargets(int meshId, KelDataClass dataClass) const override;
 
-    using KelProvider::availableTargets;
-    using KelProvider::getCoordinatesForNodesInRange;
-    using KelProvider::startReadingZonesOfCategoryWithPhaseVariable;
-
-    unsigned64 getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, float*  xyz, unsigned64 capacity) const override;
-    unsigned64 getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, double* xyz, unsigned64 capacity) const override;
-
-    bool       hasUniformNodeCountForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCount) const override;
-    unsigned64 getNodeCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
-    unsigned64 getNodeIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
-    unsigned64 getCell0sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds, unsigned64 capacity) const override;
-    unsigned64 getCell1sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds, unsigned64 capacity) const override;
-    unsigned64 getShadowFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* shadowFaceIds, unsigned64 capacity) const override;
-
-    bool       hasUniformTypeForCellsInZone(int zoneId, KelCellType* type) const override;
-    unsigned64 getTypesForCellsInRange(unsigned64 firstId, unsigned64 lastId, KelCellType* types, unsigned64 capacity) const override;
-    bool       hasUniformNodeCountForCellsInZone(int zoneId, short* nodeCount) const override;
-    unsigned64 getNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
-    unsigned64 getNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
-    bool       hasUniformFaceCountForCellsInZone(int zoneId, short* faceCount) const override;
-    short      getFaceCountForCell(unsigned64 cellId) const override;
-    unsigned64 getFaceCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* faceCounts, unsigned64 capacity) const override;
-    unsigned64 getFaceIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* faceIds, unsigned64 capacity) const override;
-
+    using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
     unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds) override;
-    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId, std::vector<int>& zoneIds) override;
-    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, float*  values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, double* values, unsigned64 capacity) const override;
 
-    bool getSetNames(std::vector<std::string>& names) const override;
+    using KelFormatProvider::getSetNames;
     bool getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const override;
     bool getSetNames(KelZoneCategory category, std::vector<std::string>& names) const override;
     bool startReadingSet(const std::string& name) override;
     KelZoneCategory getCategoryOfSet() const override;
     void getSizesAndMinMaxIdsForSet(std::vector<unsigned64>& sizes, std::vector<unsigned64>& minIds, std::vector<unsigned64>& maxIds) const override;
-    unsigned64 getIdsForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64* ids, unsigned64 capacity) const override;
-    void getVariablesInSet(std::vector<std::string>& names) const override;
     KelPlainDataType startReadingDataOfVariableForSet(const std::string& name, unsigned64& valuesPerMember) override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned char* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, char* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, short* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned int* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, int* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, long* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, signed64* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, float* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, double* values, unsigned64 capacity) const override;
     void endReadingDataOfVariableForSet() override;
     void endReadingSet() override;
 
@@ -121,18 +81,17 @@ protected:
     void setZoneAdjacency() override;
     void initLocationModel() const override;
 
+    std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const override;
+    unsigned64 give(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& values) const override;
+    std::optional<signed64> uniformValue(KelArray array, unsigned64 first, unsigned64 last) const override;
+    std::vector<std::string> namesIn(KelCollection in, KelPart part) const override;
+
 private:
     struct Case;
 
     bool declareMesh();
     bool declareSolution();
     void readSettings();
-    template <class T>
-    unsigned64 readCoordinates(unsigned64 firstId, unsigned64 lastId, T* xyz, unsigned64 capacity) const;
-    template <class T>
-    unsigned64 readValues(unsigned64 firstId, unsigned64 lastId, T* values, unsigned64 capacity) const;
-    template <class T>
-    unsigned64 readSetData(unsigned64 firstPosition, unsigned64 lastPosition, T* values, unsigned64 capacity) const;
 
     std::unique_ptr<Case> _case;
     std::unique_ptr<Case> _closed; ///< what was open last, while nothing is

@@ -62,10 +62,6 @@ struct KelPolyMeshProvider::Case {
 
     bool isOpen[2] = {false, false};
 
-    bool hasPoints(unsigned64 first, unsigned64 last) const { return hasIds(first, last, mesh->pointCount()); }
-    bool hasFaces(unsigned64 first, unsigned64 last) const { return hasIds(first, last, mesh->faceCount()); }
-    bool hasCells(unsigned64 first, unsigned64 last) const { return hasIds(first, last, mesh->cellCount); }
-
     static bool hasIds(unsigned64 first, unsigned64 last, unsigned64 count)
     {
         return first >= 1 && first <= last && last <= count;
@@ -76,6 +72,24 @@ struct KelPolyMeshProvider::Case {
     void makeSets();
     std::vector<unsigned64> idsOfSet() const; ///< of the open set, in its order
 
+    /// @name Arrays, as give of the reader; what is asked for is there
+    /// @{
+    bool has(KelArray array, unsigned64 first, unsigned64 last) const;
+    unsigned64 giveCoordinates(unsigned64 first, unsigned64 last, const KelBuffer& values) const;
+    unsigned64 giveFaces(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& values) const;
+    unsigned64 giveShadows(unsigned64 first, unsigned64 last, const KelBuffer& values) const;
+    unsigned64 giveCells(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& values) const;
+    unsigned64 giveValues(unsigned64 first, unsigned64 last, const KelBuffer& values) const;
+    unsigned64 giveSet(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& values) const;
+    /// @}
+
+    unsigned64 elementCount(KelZoneCategory of) const;
+    std::uint64_t nodeCountOfFace(std::uint64_t face) const
+    {
+        return mesh->faceOffsets[face + 1] - mesh->faceOffsets[face];
+    }
+    short nodeCountOfCell(std::uint64_t cell) const { return CellShapes::nodeCount(shapes->type(cell)); }
+
     bool readField(std::size_t number, int level);
     void findZones(std::vector<int>& zoneIds);
 
@@ -83,11 +97,7 @@ struct KelPolyMeshProvider::Case {
     /// @{
     double innerValue(std::uint64_t element) const;
     double cellValue(std::uint64_t cell) const;
-    template <class T>
-    void putPatch(const PolyPatch& patch, const FieldFile::OnPatch& on, std::uint64_t first, std::uint64_t count,
-                  T* values) const;
-    template <class T>
-    std::uint64_t putFaces(std::uint64_t first, std::uint64_t count, T* values) const;
+    std::optional<double> faceValue(std::uint64_t face) const; ///< none where it has none
     /// @}
 };
 

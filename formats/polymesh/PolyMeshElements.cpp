@@ -1,230 +1,182 @@
-// Nodes, faces and cells of KelPolyMeshProvider.
+// Arrays of KelPolyMeshProvider: nodes, faces and cells.
 #include "KelPolyMeshProvider.h"
 #include "PolyMeshCase.h"
 #include "RangeFilling.h"
-
-#include <algorithm>
 
 namespace meridyn {
 
 namespace {
 
-/// What all elements of a zone have in common.
+/// The value that all elements of a range have.
 ///
-/// @param get  gives the value of an element, from 0
-template <class T, class Get>
-bool isUniform(const PolyZone* zone, KelZoneCategory category, T* value, const Get& get)
+/// @param get  gives that of an element, from 0
+template <class Get>
+std::optional<signed64> commonValue(unsigned64 first, unsigned64 last, const Get& get)
 {
-    if (zone == nullptr || zone->category != category || zone->last < zone->first)
-        return false;
-    const T first = get(zone->first - 1);
-    for (unsigned64 n = zone->first; n < zone->last; ++n)
-        if (get(n) != first)
-            return false;
-    *value = first;
-    return true;
+    const auto value = get(first - 1);
+    for (unsigned64 id = first + 1; id <= last; ++id)
+        if (get(id - 1) != value)
+            return std::nullopt;
+    return static_cast<signed64>(value);
 }
 
-/// Stores lists of ids, one after the other, as long as a whole one fits.
+/// Stores lists of ids.
 ///
-/// @param list  gives the begin and the end of the labels of an element, from 0
+/// @param list  gives the begin and the end of the labels of an element, both from 0
 template <class List>
-unsigned64 fillIds(unsigned64 firstId, unsigned64 lastId, unsigned64* ids, unsigned64 capacity, const List& list)
+unsigned64 fillIds(unsigned64 first, unsigned64 last, const KelBuffer& buffer, const List& list)
 {
-    unsigned64 stored = 0;
-    for (unsigned64 id = firstId; id <= lastId; ++id) {
+    std::vector<unsigned64> ids;
+    return fillLists(first, last, buffer, [&](unsigned64 id) {
         const auto [begin, end] = list(id - 1);
-        if (static_cast<unsigned64>(end - begin) > capacity - stored)
-            break;
-        for (const std::uint32_t* at = begin; at != end; ++at)
-            ids[stored++] = *at + unsigned64{1};
-    }
-    return stored;
+        ids.resize(static_cast<std::size_t>(end - begin));
+        std::transform(begin, end, ids.begin(), [](std::uint32_t label) { return label + unsigned64{1}; });
+        return std::pair(ids.begin(), ids.end());
+    });
 }
 
 } // namespace
 
-// ---- nodes --------------------------------------------------------------------------------------------------------
-
-template <class T>
-unsigned64 KelPolyMeshProvider::readCoordinates(unsigned64 firstId, unsigned64 lastId, T* xyz,
-                                                unsigned64 capacity) const
+unsigned64 KelPolyMeshProvider::give(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& values) const
 {
-    if (!_case || !_case->hasPoints(firstId, lastId))
+    if (!_case || !_case->has(array, first, last))
         return 0;
-    const unsigned64 count = 3 * std::min(lastId - firstId + 1, capacity / 3);
-    const double* from = _case->mesh->points.data() + 3 * (firstId - 1);
-    std::transform(from, from + count, xyz, [](double value) { return static_cast<T>(value); });
-    return count;
+    switch (array) {
+    case KelArray::Coordinates:
+        return _case->giveCoordinates(first, last, values);
+    case KelArray::FaceNodes:
+    case KelArray::FaceNodeCounts:
+    case KelArray::FaceCell0s:
+    case KelArray::FaceCell1s:
+    case KelArray::FaceShadows:
+        return _case->giveFaces(array, first, last, values);
+    case KelArray::PhaseVariable:
+        return _case->giveValues(first, last, values);
+    case KelArray::SetIds:
+    case KelArray::SetVariable:
+        return _case->giveSet(array, first, last, values);
+    default:
+        return _case->giveCells(array, first, last, values);
+    }
 }
 
-unsigned64 KelPolyMeshProvider::getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, float* xyz,
-                                                              unsigned64 capacity) const
+/// Whether there are all elements, or positions, of a range.
+bool KelPolyMeshProvider::Case::has(KelArray array, unsigned64 first, unsigned64 last) const
 {
-    return readCoordinates(firstId, lastId, xyz, capacity);
-}
-
-unsigned64 KelPolyMeshProvider::getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, double* xyz,
-                                                              unsigned64 capacity) const
-{
-    return readCoordinates(firstId, lastId, xyz, capacity);
-}
-
-// ---- faces --------------------------------------------------------------------------------------------------------
-
-bool KelPolyMeshProvider::hasUniformNodeCountForFacesInRange(unsigned64 firstId, unsigned64 lastId,
-                                                             short* nodeCount) const
-{
-    if (!_case || !_case->hasFaces(firstId, lastId))
+    switch (array) {
+    case KelArray::Coordinates:
+        return hasIds(first, last, mesh->pointCount());
+    case KelArray::FaceNodes:
+    case KelArray::FaceNodeCounts:
+    case KelArray::FaceCell0s:
+    case KelArray::FaceCell1s:
+    case KelArray::FaceShadows:
+        return hasIds(first, last, mesh->faceCount());
+    case KelArray::CellTypes:
+    case KelArray::CellNodes:
+    case KelArray::CellNodeCounts:
+    case KelArray::CellFaces:
+    case KelArray::CellFaceCounts:
+        return hasIds(first, last, mesh->cellCount);
+    case KelArray::PhaseVariable:
+        return isReadingVariable && hasIds(first, last, elementCount(category));
+    case KelArray::SetIds:
+        return set != nullptr && hasIds(first, last, set->members->labels.size());
+    case KelArray::SetVariable:
+        return set != nullptr && isReadingFlips && hasIds(first, last, set->members->flips.size());
+    default:
         return false;
-    const auto& offsets = _case->mesh->faceOffsets;
-    const std::uint64_t count = offsets[firstId] - offsets[firstId - 1];
-    for (unsigned64 id = firstId + 1; id <= lastId; ++id)
-        if (offsets[id] - offsets[id - 1] != count)
-            return false;
-    *nodeCount = static_cast<short>(count);
-    return true;
+    }
 }
 
-unsigned64 KelPolyMeshProvider::getNodeCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts,
-                                                             unsigned64 capacity) const
+unsigned64 KelPolyMeshProvider::Case::giveCoordinates(unsigned64 first, unsigned64 last, const KelBuffer& values) const
 {
-    if (!_case || !_case->hasFaces(firstId, lastId))
-        return 0;
-    const auto& offsets = _case->mesh->faceOffsets;
-    return fillSingle(firstId, lastId, nodeCounts, capacity,
-                      [&](unsigned64 face) { return offsets[face + 1] - offsets[face]; });
+    const KelBuffer whole(values.data, values.capacity / 3 * 3, values.type); // three per node
+    return fillSingle(3 * first - 2, 3 * last, whole, [this](unsigned64 n) { return mesh->points[n - 1]; });
 }
 
-unsigned64 KelPolyMeshProvider::getNodeIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds,
-                                                          unsigned64 capacity) const
+unsigned64 KelPolyMeshProvider::Case::giveFaces(KelArray array, unsigned64 first, unsigned64 last,
+                                                const KelBuffer& values) const
 {
-    if (!_case || !_case->hasFaces(firstId, lastId))
-        return 0;
-    const PolyMesh& mesh = *_case->mesh;
-    return fillIds(firstId, lastId, nodeIds, capacity, [&mesh](unsigned64 face) {
-        return std::pair(mesh.faceNodes.data() + mesh.faceOffsets[face],
-                         mesh.faceNodes.data() + mesh.faceOffsets[face + 1]);
-    });
-}
-
-unsigned64 KelPolyMeshProvider::getCell0sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds,
-                                                         unsigned64 capacity) const
-{
-    if (!_case || !_case->hasFaces(firstId, lastId))
-        return 0;
-    const auto& owner = _case->mesh->owner;
-    return fillSingle(firstId, lastId, cellIds, capacity,
-                      [&owner](unsigned64 face) { return owner[face] + unsigned64{1}; });
-}
-
-unsigned64 KelPolyMeshProvider::getCell1sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds,
-                                                         unsigned64 capacity) const
-{
-    if (!_case || !_case->hasFaces(firstId, lastId))
-        return 0;
-    const auto& neighbour = _case->mesh->neighbour;
-    return fillSingle(firstId, lastId, cellIds, capacity, [&neighbour](unsigned64 face) {
-        return face < neighbour.size() ? neighbour[face] + unsigned64{1} : 0;
-    });
+    switch (array) {
+    case KelArray::FaceNodes:
+        return fillIds(first, last, values, [this](unsigned64 face) {
+            return std::pair(mesh->faceNodes.data() + mesh->faceOffsets[face],
+                             mesh->faceNodes.data() + mesh->faceOffsets[face + 1]);
+        });
+    case KelArray::FaceNodeCounts:
+        return fillSingle(first, last, values, [this](unsigned64 id) { return nodeCountOfFace(id - 1); });
+    case KelArray::FaceCell0s:
+        return fillSingle(first, last, values, [this](unsigned64 id) { return mesh->owner[id - 1] + unsigned64{1}; });
+    case KelArray::FaceCell1s:
+        return fillSingle(first, last, values, [this](unsigned64 id) {
+            return id <= mesh->neighbour.size() ? mesh->neighbour[id - 1] + unsigned64{1} : 0;
+        });
+    default:
+        return giveShadows(first, last, values);
+    }
 }
 
 /// Periodic patches are joined face by face, in their order. Nothing when no face of the range has a partner.
-unsigned64 KelPolyMeshProvider::getShadowFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                unsigned64* shadowFaceIds, unsigned64 capacity) const
+unsigned64 KelPolyMeshProvider::Case::giveShadows(unsigned64 first, unsigned64 last, const KelBuffer& values) const
 {
-    if (!_case || !_case->hasFaces(firstId, lastId))
-        return 0;
-    const unsigned64 count = std::min(lastId - firstId + 1, capacity);
+    const unsigned64 count = std::min(last - first + 1, values.capacity);
+    std::vector<unsigned64> shadows(count);
     bool hasPartner = false;
-    std::fill(shadowFaceIds, shadowFaceIds + count, 0);
-    for (const PolyPatch& patch : _case->mesh->patches) {
-        const PolyPatch* partner = _case->mesh->partner(patch);
+    for (const PolyPatch& patch : mesh->patches) {
+        const PolyPatch* partner = mesh->partner(patch);
         if (partner == nullptr)
             continue;
-        const unsigned64 first = std::max(patch.first + 1, firstId);
-        const unsigned64 last = std::min(patch.first + patch.count, firstId + count - 1);
-        for (unsigned64 id = first; id <= last; ++id) {
-            shadowFaceIds[id - firstId] = id - patch.first + partner->first;
+        const unsigned64 begin = std::max(patch.first + 1, first);
+        const unsigned64 end = std::min(patch.first + patch.count, first + count - 1);
+        for (unsigned64 id = begin; id <= end; ++id) {
+            shadows[id - first] = id - patch.first + partner->first;
             hasPartner = true;
         }
     }
-    return hasPartner ? count : 0;
+    return hasPartner ? fillSingle(first, last, values, [&](unsigned64 id) { return shadows[id - first]; }) : 0;
 }
 
-// ---- cells --------------------------------------------------------------------------------------------------------
-
-bool KelPolyMeshProvider::hasUniformTypeForCellsInZone(int zoneId, KelCellType* type) const
+unsigned64 KelPolyMeshProvider::Case::giveCells(KelArray array, unsigned64 first, unsigned64 last,
+                                                const KelBuffer& values) const
 {
-    return _case && isUniform(_case->zone(zoneId), KEL_CELL_ZONE, type,
-                              [this](unsigned64 cell) { return _case->shapes->type(cell); });
-}
-
-unsigned64 KelPolyMeshProvider::getTypesForCellsInRange(unsigned64 firstId, unsigned64 lastId, KelCellType* types,
-                                                        unsigned64 capacity) const
-{
-    if (!_case || !_case->hasCells(firstId, lastId))
-        return 0;
-    return fillSingle(firstId, lastId, types, capacity, [this](unsigned64 cell) { return _case->shapes->type(cell); });
-}
-
-bool KelPolyMeshProvider::hasUniformNodeCountForCellsInZone(int zoneId, short* nodeCount) const
-{
-    return _case && isUniform(_case->zone(zoneId), KEL_CELL_ZONE, nodeCount,
-                              [this](unsigned64 cell) { return CellShapes::nodeCount(_case->shapes->type(cell)); });
-}
-
-unsigned64 KelPolyMeshProvider::getNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts,
-                                                             unsigned64 capacity) const
-{
-    if (!_case || !_case->hasCells(firstId, lastId))
-        return 0;
-    return fillSingle(firstId, lastId, nodeCounts, capacity,
-                      [this](unsigned64 cell) { return CellShapes::nodeCount(_case->shapes->type(cell)); });
-}
-
-unsigned64 KelPolyMeshProvider::getNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds,
-                                                          unsigned64 capacity) const
-{
-    if (!_case || !_case->hasCells(firstId, lastId))
-        return 0;
     std::uint32_t nodes[8];
-    return fillIds(firstId, lastId, nodeIds, capacity, [&](unsigned64 cell) {
-        const short count = _case->shapes->nodes(cell, nodes);
-        return std::pair<const std::uint32_t*, const std::uint32_t*>(nodes, nodes + count);
-    });
+    switch (array) {
+    case KelArray::CellTypes:
+        return fillSingle(first, last, values,
+                          [this](unsigned64 id) { return static_cast<int>(shapes->type(id - 1)); });
+    case KelArray::CellNodes:
+        return fillIds(first, last, values, [&](unsigned64 cell) {
+            const short count = shapes->nodes(cell, nodes);
+            return std::pair<const std::uint32_t*, const std::uint32_t*>(nodes, nodes + count);
+        });
+    case KelArray::CellNodeCounts:
+        return fillSingle(first, last, values, [this](unsigned64 id) { return nodeCountOfCell(id - 1); });
+    case KelArray::CellFaces:
+        return fillIds(first, last, values,
+                       [this](unsigned64 cell) { return std::pair(shapes->facesBegin(cell), shapes->facesEnd(cell)); });
+    default:
+        return fillSingle(first, last, values, [this](unsigned64 id) { return shapes->faceCount(id - 1); });
+    }
 }
 
-bool KelPolyMeshProvider::hasUniformFaceCountForCellsInZone(int zoneId, short* faceCount) const
+std::optional<signed64> KelPolyMeshProvider::uniformValue(KelArray array, unsigned64 first, unsigned64 last) const
 {
-    return _case && isUniform(_case->zone(zoneId), KEL_CELL_ZONE, faceCount,
-                              [this](unsigned64 cell) { return static_cast<short>(_case->shapes->faceCount(cell)); });
-}
-
-short KelPolyMeshProvider::getFaceCountForCell(unsigned64 cellId) const
-{
-    short count = 0;
-    getFaceCountsForCellsInRange(cellId, cellId, &count, 1);
-    return count;
-}
-
-unsigned64 KelPolyMeshProvider::getFaceCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* faceCounts,
-                                                             unsigned64 capacity) const
-{
-    if (!_case || !_case->hasCells(firstId, lastId))
-        return 0;
-    return fillSingle(firstId, lastId, faceCounts, capacity,
-                      [this](unsigned64 cell) { return _case->shapes->faceCount(cell); });
-}
-
-unsigned64 KelPolyMeshProvider::getFaceIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* faceIds,
-                                                          unsigned64 capacity) const
-{
-    if (!_case || !_case->hasCells(firstId, lastId))
-        return 0;
-    return fillIds(firstId, lastId, faceIds, capacity, [this](unsigned64 cell) {
-        return std::pair(_case->shapes->facesBegin(cell), _case->shapes->facesEnd(cell));
-    });
+    if (!_case || !_case->has(array, first, last))
+        return std::nullopt;
+    const Case& now = *_case;
+    switch (array) {
+    case KelArray::FaceNodeCounts:
+        return commonValue(first, last, [&now](unsigned64 face) { return now.nodeCountOfFace(face); });
+    case KelArray::CellTypes:
+        return commonValue(first, last, [&now](unsigned64 cell) { return now.shapes->type(cell); });
+    case KelArray::CellNodeCounts:
+        return commonValue(first, last, [&now](unsigned64 cell) { return now.nodeCountOfCell(cell); });
+    case KelArray::CellFaceCounts:
+        return commonValue(first, last, [&now](unsigned64 cell) { return now.shapes->faceCount(cell); });
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace meridyn

@@ -7,11 +7,6 @@
 
 namespace meridyn {
 
-bool KelPolyMeshProvider::getSetNames(std::vector<std::string>& names) const
-{
-    return getSetNames(KEL_CASE, names);
-}
-
 bool KelPolyMeshProvider::getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const
 {
     names.clear();
@@ -84,28 +79,18 @@ void KelPolyMeshProvider::getSizesAndMinMaxIdsForSet(std::vector<unsigned64>& si
     maxIds.push_back(ids.empty() ? 0 : *most);
 }
 
-unsigned64 KelPolyMeshProvider::getIdsForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64* ids,
-                                                    unsigned64 capacity) const
+/// The one variable that a set can have is whether its faces are turned.
+std::vector<std::string> KelPolyMeshProvider::namesIn(KelCollection in, KelPart part) const
 {
-    if (!_case || _case->set == nullptr ||
-        !Case::hasIds(firstPosition, lastPosition, _case->set->members->labels.size()))
-        return 0;
-    const std::vector<unsigned64> all = _case->idsOfSet();
-    return fillSingle(firstPosition, lastPosition, ids, capacity, [&all](unsigned64 n) { return all[n]; });
-}
-
-void KelPolyMeshProvider::getVariablesInSet(std::vector<std::string>& names) const
-{
-    names.clear();
-    if (_case && _case->set != nullptr && !_case->set->members->flips.empty())
-        names.emplace_back("flipMap");
+    const bool hasFlips = in == KelCollection::Set && part == KelPart::Variables && _case && _case->set != nullptr &&
+                          !_case->set->members->flips.empty();
+    return hasFlips ? std::vector<std::string>{"flipMap"} : std::vector<std::string>{};
 }
 
 KelPlainDataType KelPolyMeshProvider::startReadingDataOfVariableForSet(const std::string& name,
                                                                        unsigned64& valuesPerMember)
 {
-    std::vector<std::string> names;
-    getVariablesInSet(names);
+    const std::vector<std::string> names = namesIn(KelCollection::Set, KelPart::Variables);
     if (names.empty() || name != names.front())
         return static_cast<KelPlainDataType>(-1);
     _case->isReadingFlips = true;
@@ -119,34 +104,13 @@ void KelPolyMeshProvider::endReadingDataOfVariableForSet()
         _case->isReadingFlips = false;
 }
 
-template <class T>
-unsigned64 KelPolyMeshProvider::readSetData(unsigned64 firstPosition, unsigned64 lastPosition, T* values,
-                                            unsigned64 capacity) const
+unsigned64 KelPolyMeshProvider::Case::giveSet(KelArray array, unsigned64 first, unsigned64 last,
+                                              const KelBuffer& values) const
 {
-    if (!_case || _case->set == nullptr || !_case->isReadingFlips ||
-        !Case::hasIds(firstPosition, lastPosition, _case->set->members->flips.size()))
-        return 0;
-    const auto& flips = _case->set->members->flips;
-    return fillSingle(firstPosition, lastPosition, values, capacity, [&flips](unsigned64 n) { return flips[n]; });
+    if (array == KelArray::SetVariable)
+        return fillSingle(first, last, values, [this](unsigned64 n) { return set->members->flips[n - 1]; });
+    const std::vector<unsigned64> ids = idsOfSet();
+    return fillSingle(first, last, values, [&ids](unsigned64 n) { return ids[n - 1]; });
 }
-
-// The ten value types.
-#define KEL_DEFINE(T)                                                                                                  \
-    unsigned64 KelPolyMeshProvider::getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition,  \
-                                                                   T* values, unsigned64 capacity) const               \
-    {                                                                                                                  \
-        return readSetData(firstPosition, lastPosition, values, capacity);                                             \
-    }
-KEL_DEFINE(unsigned char)
-KEL_DEFINE(char)
-KEL_DEFINE(short)
-KEL_DEFINE(unsigned int)
-KEL_DEFINE(int)
-KEL_DEFINE(long)
-KEL_DEFINE(unsigned64)
-KEL_DEFINE(signed64)
-KEL_DEFINE(float)
-KEL_DEFINE(double)
-#undef KEL_DEFINE
 
 } // namespace meridyn

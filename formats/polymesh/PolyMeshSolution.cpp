@@ -102,16 +102,6 @@ bool KelPolyMeshProvider::declareSolution()
 
 // ---- one variable -------------------------------------------------------------------------------------------------
 
-unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category,
-                                                                             const std::string& variableName,
-                                                                             std::vector<int>& zoneIds)
-{
-    int variableId = 0;
-    if (!getVariableId(variableName, variableId))
-        variableId = -1;
-    return startReadingZonesOfCategoryWithPhaseVariable(category, variableId, zoneIds);
-}
-
 /// Reads the field of a variable at a time level, unless it is the one that was read last. False when there is none.
 bool KelPolyMeshProvider::Case::readField(std::size_t number, int level)
 {
@@ -166,17 +156,19 @@ void KelPolyMeshProvider::Case::findZones(std::vector<int>& zoneIds)
     }
 }
 
-unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, int variableId,
+unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category,
+                                                                             const std::string& variableName,
                                                                              std::vector<int>& zoneIds)
 {
     zoneIds.clear();
-    short phase = 0;
     if (!_case)
         return 0;
     _case->isReadingVariable = false;
+    int variableId = 0;
+    if (!getVariableId(variableName, variableId)) // in the active phase
+        return 0;
     const auto variable = _case->variables.find(variableId);
-    if (variable == _case->variables.end() || !getActivePhase(phase) ||
-        !solutionModel()->hasVariable(phase, variableId))
+    if (variable == _case->variables.end())
         return 0;
     guarded(*this, "startReadingZonesOfCategoryWithPhaseVariable", [&] {
         if (!_case->readField(variable->second.field, getTimeLevel()))
@@ -202,70 +194,44 @@ double KelPolyMeshProvider::Case::cellValue(std::uint64_t cell) const
     return innerValue(mesh->caseCells.empty() ? cell : mesh->caseCells[cell]);
 }
 
-/// Puts the values of faces of one patch; its condition is the same for all of them.
-template <class T>
-void KelPolyMeshProvider::Case::putPatch(const PolyPatch& patch, const FieldFile::OnPatch& on, std::uint64_t first,
-                                         std::uint64_t count, T* values) const
+/// A patch gives the values of its faces, one by one or as its condition says; other faces have some in fields of
+/// faces.
+std::optional<double> KelPolyMeshProvider::Case::faceValue(std::uint64_t face) const
 {
-    for (std::uint64_t face = first; face < first + count; ++face, ++values) {
-        if (on.source == FieldFile::OnPatch::Cell)
-            *values = static_cast<T>(cellValue(mesh->owner[face]));
-        else if (on.source == FieldFile::OnPatch::Zero)
-            *values = 0;
-        else {
-            const std::uint64_t entry = on.stored->isUniform ? 0 : (face - patch.first) * field->kind.components;
-            *values = static_cast<T>(on.stored->values[entry + component]);
-        }
-    }
+    if (face < mesh->interiorCount())
+        return field->kind.place == FieldKind::Faces ? std::optional(innerValue(face)) : std::nullopt;
+    const auto next = std::upper_bound(patches.begin(), patches.end(), face,
+                                       [](std::uint64_t id, const auto& patch) { return id < patch.first->first; });
+    if (next == patches.begin())
+        return std::nullopt;
+    const auto& [patch, on] = *std::prev(next);
+    if (face >= patch->first + patch->count)
+        return std::nullopt;
+    if (on.source == FieldFile::OnPatch::Cell)
+        return cellValue(mesh->owner[face]);
+    if (on.source == FieldFile::OnPatch::Zero)
+        return 0.0;
+    const std::uint64_t entry = on.stored->isUniform ? 0 : (face - patch->first) * field->kind.components;
+    return on.stored->values[entry + component];
 }
 
-/// The values of faces; none when one of them has none.
-template <class T>
-std::uint64_t KelPolyMeshProvider::Case::putFaces(std::uint64_t first, std::uint64_t count, T* values) const
+unsigned64 KelPolyMeshProvider::Case::elementCount(KelZoneCategory of) const
 {
-    std::uint64_t done = 0;
-    if (field->kind.place == FieldKind::Faces)
-        for (; done < count && first + done < mesh->interiorCount(); ++done)
-            values[done] = static_cast<T>(innerValue(first + done));
-    for (const auto& [patch, on] : patches) { // ascending
-        const std::uint64_t face = first + done;
-        if (done == count || face < patch->first || face >= patch->first + patch->count)
-            continue;
-        const std::uint64_t piece = std::min(count - done, patch->first + patch->count - face);
-        putPatch(*patch, on, face, piece, values + done);
-        done += piece;
-    }
-    return done == count ? done : 0;
+    return of == KEL_CELL_ZONE ? mesh->cellCount : of == KEL_NODE_ZONE ? mesh->pointCount() : mesh->faceCount();
 }
 
-template <class T>
-unsigned64 KelPolyMeshProvider::readValues(unsigned64 firstId, unsigned64 lastId, T* values, unsigned64 capacity) const
+/// None when one of the elements has none.
+unsigned64 KelPolyMeshProvider::Case::giveValues(unsigned64 first, unsigned64 last, const KelBuffer& values) const
 {
-    if (!_case || !_case->isReadingVariable)
-        return 0;
-    const Case& now = *_case;
-    if (now.category == KEL_CELL_ZONE)
-        return now.hasCells(firstId, lastId)
-                   ? fillSingle(firstId, lastId, values, capacity, [&](auto cell) { return now.cellValue(cell); })
-                   : 0;
-    if (now.category == KEL_NODE_ZONE)
-        return now.hasPoints(firstId, lastId)
-                   ? fillSingle(firstId, lastId, values, capacity, [&](auto point) { return now.innerValue(point); })
-                   : 0;
-    return now.hasFaces(firstId, lastId) ? now.putFaces(firstId - 1, std::min(lastId - firstId + 1, capacity), values)
-                                         : 0;
-}
-
-unsigned64 KelPolyMeshProvider::getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                           float* values, unsigned64 capacity) const
-{
-    return readValues(firstId, lastId, values, capacity);
-}
-
-unsigned64 KelPolyMeshProvider::getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                           double* values, unsigned64 capacity) const
-{
-    return readValues(firstId, lastId, values, capacity);
+    if (category == KEL_CELL_ZONE)
+        return fillSingle(first, last, values, [this](unsigned64 id) { return cellValue(id - 1); });
+    if (category == KEL_NODE_ZONE)
+        return fillSingle(first, last, values, [this](unsigned64 id) { return innerValue(id - 1); });
+    const unsigned64 count = std::min(last - first + 1, values.capacity);
+    for (unsigned64 n = 0; n < count; ++n)
+        if (!faceValue(first - 1 + n))
+            return 0;
+    return fillSingle(first, last, values, [this](unsigned64 id) { return *faceValue(id - 1); });
 }
 
 } // namespace meridyn

@@ -24,7 +24,7 @@ static std::string categoryLabel(KelZoneCategory category)
 /// The same, with a complaint in the place of the label.
 static std::string categoryLabelOrLine(KelZoneCategory category, const char* complaint)
 {
-    const std::string label = categoryLabel(category);
+    std::string label = categoryLabel(category);
     if (label.empty())
         std::cout << complaint << std::endl;
     return label;

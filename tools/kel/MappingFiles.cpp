@@ -101,6 +101,12 @@ static void checkKeys(const MappingFile& file, KelVariableAttributeFile& names, 
                                            ": the header lacks 'Attribute Name Of Mapped Key'"});
 }
 
+static std::string differentWayBack(const std::string& key, const std::string& mapped, const std::string& target,
+                                    const std::string& returned)
+{
+    return "'" + key + "' becomes '" + mapped + "' in " + target + " and comes back as '" + returned + "'";
+}
+
 static void checkWayBack(const MappingFile& file, KelVariableAttributeFile& there, KelVariableAttributeFile& back,
                          std::vector<MappingProblem>& problems)
 {
@@ -108,8 +114,7 @@ static void checkWayBack(const MappingFile& file, KelVariableAttributeFile& ther
         const std::string mapped = there.getMappedKey(key);
         const std::string returned = back.getMappedKey(mapped);
         if (returned != key)
-            problems.push_back({file.path, "'" + key + "' becomes '" + mapped + "' in " + file.target +
-                                               " and comes back as '" + returned + "'"});
+            problems.push_back({file.path, differentWayBack(key, mapped, file.target, returned)});
     }
 }
 

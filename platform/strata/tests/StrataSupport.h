@@ -17,6 +17,7 @@ template <class List>
 std::vector<std::string> idsOf(const List& list)
 {
     std::vector<std::string> ids;
+    ids.reserve(list.size());
     for (const auto* item : list)
         ids.push_back(item->id());
     return ids;

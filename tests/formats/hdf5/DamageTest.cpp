@@ -9,8 +9,10 @@
 /// HDF5 1.10 loses memory when an object of a damaged file does not get through its metadata cache (H5C_protect), in
 /// any program. Its free lists hand blocks on, so the stack of an allocation does not tell who lost the block, and no
 /// narrower name would do. What could be lost by us in there is ids only, and those the tests count.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions()
+// NOLINTEND(bugprone-reserved-identifier)
 {
     return "leak:libhdf5";
 }

@@ -11,8 +11,10 @@
 
 /// HDF5 1.10 loses memory of its own when it gives a damaged file up, see DamageTest.cpp; what we would leave open in
 /// it is counted below.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions()
+// NOLINTEND(bugprone-reserved-identifier)
 {
     return "leak:libhdf5";
 }

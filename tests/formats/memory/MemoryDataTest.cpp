@@ -147,6 +147,36 @@ TEST_F(MemoryData, AVariableThatIsNotDeclaredIsRefused)
     EXPECT_EQ(errors[1], name + ": values without a start marker");
 }
 
+TEST_F(MemoryData, ASetAndSetDataMayBeOpenAtTheSameTime)
+{
+    const int ofSet[] = {10, 20}, ofData[] = {1, 2};
+    startData();
+    writer.startWritingSet("wall", KEL_FACE_ZONE);
+    writer.startWritingDataOfVariableForSet("v", {}, 1, KEL_PLAIN_INT);
+    writer.startWritingSetData("spray", 2);
+    writer.startWritingVariableForSetData("v", 1, KEL_PLAIN_INT);
+    writer.setDataOfVariableForSetInRange(1, 2, ofSet, 2);
+    EXPECT_EQ(writer.setVariableForSetData(ofData, 2), 2U);
+    writer.endWritingSetData();
+    writer.writeStringDataForSet("kind", "the set is still open");
+    writer.endWritingSet();
+    reopen(KEL_DATA);
+
+    unsigned64 members = 0, size = 0;
+    std::vector<int> values(2), found;
+    std::string text;
+    ASSERT_TRUE(reader.startReadingSet("wall"));
+    ASSERT_TRUE(reader.startReadingSetData("spray", members));
+    reader.startReadingDataOfVariableForSet("v", size);
+    EXPECT_EQ(reader.getDataOfVariableForSetInRange(1, 2, values.data(), 2), 2U);
+    EXPECT_EQ(values, (std::vector<int>{10, 20}));
+    EXPECT_TRUE(reader.getDataOfConstantLengthVarForSetData("v", found, size));
+    EXPECT_EQ(found, (std::vector<int>{1, 2}));
+    reader.endReadingSetData();
+    reader.getStringDataForSet("kind", text);
+    EXPECT_EQ(text, "the set is still open");
+}
+
 template <class T>
 class MemorySets : public MemoryFiles {};
 using ValueTypes =
@@ -157,7 +187,7 @@ TYPED_TEST_SUITE(MemorySets, ValueTypes);
 template <class T>
 KelPlainDataType numberOf()
 {
-    return KelPlainDataType(KelMemoryValues(std::vector<T>()).index());
+    return KelPlainDataType(KelAnyValues(std::vector<T>()).index());
 }
 
 TEST(MemorySetTypes, NumbersAreThoseOfTheEnumeration)

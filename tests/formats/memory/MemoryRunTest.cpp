@@ -83,7 +83,7 @@ TEST_F(MemoryRun, WhatDoesNotFitIsReportedAndLeftOut)
     writer.setUniformNodeCountForFacesInRange(1, 3, -1);
     const Texts errors = writer.getErrors(false, true);
     ASSERT_EQ(errors.size(), 5U);
-    EXPECT_EQ(errors[0], name + ": cell 0, 1 to 2: no range of ids, or not the right number of values");
+    EXPECT_EQ(errors[0], name + ": cell 0 of faces, 1 to 2: no range of ids, or not the right number of values");
     reopen(KEL_CASE);
     EXPECT_EQ(reader.getCell0ForFace(1), 0U);
 }

@@ -145,9 +145,9 @@ TEST(PolyMeshFields, FieldsOfFacesAndPoints)
     std::vector<int> zones;
     EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "phi", &zones), ElementsAre(3, -1));
     EXPECT_THAT(zones, ElementsAre(2, 3));
-    float both[2];
-    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(1, 2, both, 2), 2u);
-    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(1, 3, both, 3), 0u); // face 3 has no value
+    float values[3];
+    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(1, 2, values, 2), 2u);
+    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(1, 3, values, 3), 0u); // face 3 has no value
     EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "phi"), IsEmpty());
     EXPECT_EQ(valuesOf(reader, KEL_NODE_ZONE, "d"), std::vector<double>(12, 2));
     EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "s"), ElementsAre(2, 2));

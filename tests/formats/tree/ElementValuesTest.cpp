@@ -1,4 +1,4 @@
-#include "KelMemoryStore.h"
+#include "KelElementValues.h"
 
 #include <gtest/gtest.h>
 
@@ -9,18 +9,18 @@ namespace {
 
 constexpr unsigned64 largest = std::numeric_limits<unsigned64>::max();
 
-std::vector<int> valuesOf(const KelMemoryArray& array, unsigned64 first, unsigned64 last, unsigned64 capacity = 64)
+std::vector<int> valuesOf(const KelElementValues& array, unsigned64 first, unsigned64 last, unsigned64 capacity = 64)
 {
     std::vector<int> values(capacity);
-    values.resize(array.get(first, last, values.data(), capacity));
+    values.resize(array.get(first, last, {values.data(), capacity}));
     return values;
 }
 
 using Ints = std::vector<int>;
 
-TEST(MemoryArray, RangesComeInAnyOrderAndJoin)
+TEST(ElementValues, RangesComeInAnyOrderAndJoin)
 {
-    KelMemoryArray array;
+    KelElementValues array;
     EXPECT_TRUE(array.put(5, 6, Ints{50, 60}));
     EXPECT_TRUE(array.put(1, 2, Ints{10, 20}));
     EXPECT_TRUE(array.put(3, 4, Ints{30, 40}));
@@ -29,30 +29,30 @@ TEST(MemoryArray, RangesComeInAnyOrderAndJoin)
     EXPECT_EQ(array.lastId(), 6U);
 }
 
-TEST(MemoryArray, AMissingIdMakesTheRangeEmpty)
+TEST(ElementValues, AMissingIdMakesTheRangeEmpty)
 {
-    KelMemoryArray array;
+    KelElementValues array;
     array.put(1, 2, Ints{1, 2});
     array.put(4, 4, Ints{4});
     EXPECT_EQ(valuesOf(array, 1, 4), Ints{});
     EXPECT_EQ(valuesOf(array, 0, 1), Ints{});
     EXPECT_EQ(valuesOf(array, 4, 5), Ints{});
     EXPECT_EQ(valuesOf(array, 2, 1), Ints{});
-    EXPECT_EQ(valuesOf(KelMemoryArray(), 1, largest), Ints{});
+    EXPECT_EQ(valuesOf(KelElementValues(), 1, largest), Ints{});
 }
 
-TEST(MemoryArray, ASmallBufferGetsWholeElements)
+TEST(ElementValues, ASmallBufferGetsWholeElements)
 {
-    KelMemoryArray array;
+    KelElementValues array;
     array.put(1, 3, Ints{1, 2, 3, 4, 5, 6});
     EXPECT_EQ(valuesOf(array, 1, 3, 5), (Ints{1, 2, 3, 4}));
     EXPECT_EQ(valuesOf(array, 1, 3, 1), Ints{});
     EXPECT_EQ(valuesOf(array, 1, 3, 0), Ints{});
 }
 
-TEST(MemoryArray, LaterValuesReplaceEarlierOnes)
+TEST(ElementValues, LaterValuesReplaceEarlierOnes)
 {
-    KelMemoryArray array;
+    KelElementValues array;
     array.put(1, 6, Ints{1, 2, 3, 4, 5, 6});
     array.put(3, 4, Ints{30, 40}); // within a run
     EXPECT_EQ(valuesOf(array, 1, 6), (Ints{1, 2, 30, 40, 5, 6}));
@@ -64,9 +64,9 @@ TEST(MemoryArray, LaterValuesReplaceEarlierOnes)
     EXPECT_EQ(valuesOf(array, 1, 8), (Ints{1, -2, 2, -4, -5, -6, -7, 80}));
 }
 
-TEST(MemoryArray, RaggedValuesFollowTheirCounts)
+TEST(ElementValues, RaggedValuesFollowTheirCounts)
 {
-    KelMemoryArray counts, array;
+    KelElementValues counts, array;
     counts.put(1, 4, Ints{2, 0, 3, 1});
     EXPECT_TRUE(array.putRagged(1, 4, Ints{1, 2, 3, 4, 5, 6}, counts));
     EXPECT_EQ(valuesOf(array, 3, 3), (Ints{3, 4, 5}));
@@ -80,18 +80,18 @@ TEST(MemoryArray, RaggedValuesFollowTheirCounts)
     EXPECT_EQ(valuesOf(array, 1, 4), (Ints{1, 2, 30, 40, 50, 6})) << "a refused call changes nothing";
 }
 
-TEST(MemoryArray, WithoutCountsAllElementsHaveTheSameNumber)
+TEST(ElementValues, WithoutCountsAllElementsHaveTheSameNumber)
 {
-    const KelMemoryArray none;
-    KelMemoryArray array;
+    const KelElementValues none;
+    KelElementValues array;
     EXPECT_TRUE(array.putRagged(1, 2, Ints{1, 2, 3, 4}, none));
     EXPECT_EQ(valuesOf(array, 2, 2), (Ints{3, 4}));
     EXPECT_FALSE(array.putRagged(3, 4, Ints{1, 2, 3}, none));
 }
 
-TEST(MemoryArray, NegativeAndImpossibleCountsAreRefused)
+TEST(ElementValues, NegativeAndImpossibleCountsAreRefused)
 {
-    KelMemoryArray counts, array;
+    KelElementValues counts, array;
     counts.put(1, 3, Ints{-1, 3, 4});
     EXPECT_FALSE(array.putRagged(1, 2, Ints{1, 2}, counts));
     EXPECT_FALSE(array.putRagged(3, 3, Ints{1, 2, 3}, counts));
@@ -100,9 +100,9 @@ TEST(MemoryArray, NegativeAndImpossibleCountsAreRefused)
     EXPECT_EQ(array.lastId(), 0U);
 }
 
-TEST(MemoryArray, UniformValuesStandForAnyRange)
+TEST(ElementValues, UniformValuesStandForAnyRange)
 {
-    KelMemoryArray array;
+    KelElementValues array;
     EXPECT_TRUE(array.putUniform(1, largest, Ints{4}));
     EXPECT_EQ(valuesOf(array, largest - 1, largest), (Ints{4, 4}));
     EXPECT_EQ(array.uniformValue(1, largest), 4);
@@ -113,9 +113,9 @@ TEST(MemoryArray, UniformValuesStandForAnyRange)
     EXPECT_EQ(valuesOf(array, 6, 8), (Ints{4, 5, 4}));
 }
 
-TEST(MemoryArray, UniformValueNeedsEveryIdAndOneValueEach)
+TEST(ElementValues, UniformValueNeedsEveryIdAndOneValueEach)
 {
-    KelMemoryArray array;
+    KelElementValues array;
     array.put(1, 3, Ints{2, 2, 2});
     array.put(5, 5, Ints{2});
     EXPECT_EQ(array.uniformValue(1, 3), 2);
@@ -125,9 +125,9 @@ TEST(MemoryArray, UniformValueNeedsEveryIdAndOneValueEach)
     EXPECT_EQ(array.uniformValue(0, 0), std::nullopt);
 }
 
-TEST(MemoryArray, RangesThatAreNoneAreRefused)
+TEST(ElementValues, RangesThatAreNoneAreRefused)
 {
-    KelMemoryArray array;
+    KelElementValues array;
     EXPECT_FALSE(array.put(0, 0, Ints{1}));
     EXPECT_FALSE(array.put(3, 2, Ints{1}));
     EXPECT_FALSE(array.put(1, 2, Ints{1, 2, 3}));
@@ -138,19 +138,19 @@ TEST(MemoryArray, RangesThatAreNoneAreRefused)
     EXPECT_EQ(array.lastId(), 0U);
 }
 
-TEST(MemoryArray, MissingIdsWithACountOf0HaveNothing)
+TEST(ElementValues, MissingIdsWithACountOf0HaveNothing)
 {
-    KelMemoryArray counts, array;
+    KelElementValues counts, array;
     counts.put(1, 4, Ints{0, 1, 0, 0});
     array.put(2, 2, Ints{7});
     std::vector<int> values(8, -1);
-    EXPECT_EQ(array.get(1, 4, values.data(), 8, counts), 1U);
+    EXPECT_EQ(array.get(1, 4, {values.data(), 8}, counts), 1U);
     EXPECT_EQ(values[0], 7);
-    EXPECT_EQ(array.get(1, 5, values.data(), 8, counts), 0U) << "5 has no count";
-    EXPECT_EQ(array.get(1, 4, values.data(), 8), 0U);
+    EXPECT_EQ(array.get(1, 5, {values.data(), 8}, counts), 0U) << "5 has no count";
+    EXPECT_EQ(array.get(1, 4, {values.data(), 8}), 0U);
 }
 
-TEST(MemoryArray, ValuesAreConvertedWithinTheirRange)
+TEST(ElementValues, ValuesAreConvertedWithinTheirRange)
 {
     EXPECT_EQ(convertedValue<int>(2.9), 2);
     EXPECT_EQ(convertedValue<int>(1e30), 2147483647);

@@ -158,10 +158,19 @@ Stored storedTypeOfPlain(KelPlainDataType type)
     }
 }
 
-template <class T>
-Source sourceOf(const T* values, Stored type)
+Source sourceOf(const KelValues& values, Stored type)
 {
-    return {values, sizeof(T), converterTo<T>(type), storedAs<T>() == type};
+    Source source;
+    values.visit([&]<class T>(const T* typed) {
+        source = {typed, sizeof(T), converterTo<T>(type), storedAs<T>() == type};
+    });
+    return source;
+}
+
+KelValues partOf(const KelValues& values, std::uint64_t first, std::uint64_t count)
+{
+    const std::size_t size = sizeOf(storedTypeOfPlain(values.type));
+    return {static_cast<const unsigned char*>(values.data) + first * size, count, values.type};
 }
 
 template <class T>
@@ -170,9 +179,7 @@ Target targetOf(T* values, Stored type)
     return {values, sizeof(T), converterFrom<T>(type), storedAs<T>() == type};
 }
 
-#define KEL_INSTANTIATE(T)                                                                                             \
-    template Source sourceOf<T>(const T*, Stored);                                                                     \
-    template Target targetOf<T>(T*, Stored);
+#define KEL_INSTANTIATE(T) template Target targetOf<T>(T*, Stored);
 KEL_INSTANTIATE(unsigned char)
 KEL_INSTANTIATE(char)
 KEL_INSTANTIATE(short)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Hdf5Handle.h"
-#include "KelTypes.h"
+#include "KelValues.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -64,9 +64,19 @@ struct Target {
     bool isSame = false;
 };
 
-/// For the ten value types.
+/// Values that become a stored type.
+Source sourceOf(const KelValues& values, Stored type);
 template <class T>
-Source sourceOf(const T* values, Stored type);
+Source sourceOf(const T* values, Stored type)
+{
+    static_assert(plainTypeOf<T>() != -1, "one of the ten value types");
+    return sourceOf(KelValues(values, 0), type);
+}
+
+/// `count` values from the one at `first` on.
+KelValues partOf(const KelValues& values, std::uint64_t first, std::uint64_t count);
+
+/// For the ten value types.
 template <class T>
 Target targetOf(T* values, Stored type);
 

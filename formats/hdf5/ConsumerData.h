@@ -87,7 +87,7 @@ struct KelHdf5Consumer::Data {
     void mergeCatalogue();
     /// @}
 
-    /// In which floating-point values are stored: as the writer was told, none for as they come; what becomes of some.
+    /// Type in which floating-point values are stored, none for the one in which they come; that of some.
     /// @{
     std::optional<hdf5::Stored> precision() const;
     hdf5::Stored realType(const KelValues& reals) const;
@@ -150,13 +150,13 @@ struct KelHdf5Consumer::Data {
         });
     }
 
-    /// Refuses a call that has to do with the current mesh.
+    /// The same for work that cannot be done.
     void refuse(KelDataClass dataClass, const char* function, const std::string& reason)
     {
         attemptOnMesh(dataClass, function, [&reason](Session&) { throw hdf5::FormatError(reason); });
     }
 
-    /// The same for work on the writer of the mesh, and on that of what was started.
+    /// The same for work on the writer of the mesh, or of what a start marker has opened.
     /// @{
     template <class Work>
     bool onMesh(const char* function, Work&& work)

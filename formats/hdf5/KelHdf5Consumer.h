@@ -107,38 +107,30 @@ public:
     using KelFileConsumer::startWriting;
 
 protected:
-    /// @name Opening and closing of the files
+    // clang-format off
+    /// @name For the frame
     /// @{
     bool openData(KelDataClass dataClass, const std::string& fileName) override;
     bool closeData(KelDataClass dataClass) override;
-    /// @}
-
-    /// @name For the frame
-    /// @{
     void cacheLocationModelState(const std::string& state) const override;
     int getLastLogIndex(KelDataClass dataClass) const override;
     /// @}
 
-    /// @name Arrays by range
+    /// @name For KelFormatConsumer
     /// @{
     void announce(KelArray array, const std::vector<int>& zoneIds) override;
     void keep(KelArray array, unsigned64 first, unsigned64 last, const KelValues& values) override;
     void keepUniform(KelArray array, unsigned64 first, unsigned64 last, signed64 value) override;
     void keepInterface(int zoneId, const KelInterfaceValues& values) override;
-    /// @}
-
-    /// @name What sets, set data and particle tracks hold
-    /// @{
-    void startVariable(KelCollection in, const std::string& name, unsigned64 valuesPerMember,
-                       KelPlainDataType type) override;
-    void startLists(KelCollection in, const std::string& name, KelPlainDataType type,
-                    KelPlainDataType lengthType) override;
+    void startVariable(KelCollection in, const std::string& name, unsigned64 valuesPerMember, KelPlainDataType type) override;
+    void startLists(KelCollection in, const std::string& name, KelPlainDataType type, KelPlainDataType lengthType) override;
     void startLengths(const std::string& name, KelPlainDataType type) override;
     bool append(KelPart part, const KelValues& values) override;
     bool appendLists(const KelValues& values, const KelValues& lengths) override;
     void keepBlock(KelCollection in, const std::string& name, const KelValues& values) override;
     void keepText(KelCollection in, const std::string& name, const std::string& text) override;
     /// @}
+    // clang-format on
 
 private:
     void keepTrackVariable(int variableId, const KelValues& values);

@@ -179,6 +179,7 @@ void MeshWriter::keep(KelArray array, std::uint64_t first, std::uint64_t last, c
 void MeshWriter::keepUniform(KelArray array, std::uint64_t first, std::uint64_t last, int value)
 {
     const MeshArray& which = meshArrayOf(array);
+    assert(which.kind == MeshArray::Kind::Ints || isOfCounts(array));
     const ElementMap& map = checkedElements(infoOf(which), first, last);
     map.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t) {
         if (which.kind == MeshArray::Kind::Ints)

@@ -28,12 +28,12 @@ void writeList(Hdf5File& file, hid_t group, const std::string& name, Stored type
 
 void KelHdf5Consumer::announce(KelArray array, const std::vector<int>& zoneIds)
 {
-    _data->onMesh(meshArrayOf(array).name, [&](MeshWriter& mesh) { mesh.announce(array, zoneIds); });
+    _data->onMesh(nameOf(array), [&](MeshWriter& mesh) { mesh.announce(array, zoneIds); });
 }
 
 void KelHdf5Consumer::keep(KelArray array, unsigned64 first, unsigned64 last, const KelValues& values)
 {
-    const char* const name = meshArrayOf(array).name;
+    const char* const name = nameOf(array);
     switch (array) {
     case KelArray::CaseSection:
     case KelArray::PhaseVariable:
@@ -52,7 +52,7 @@ void KelHdf5Consumer::keep(KelArray array, unsigned64 first, unsigned64 last, co
 
 void KelHdf5Consumer::keepUniform(KelArray array, unsigned64 first, unsigned64 last, signed64 value)
 {
-    const char* const name = meshArrayOf(array).name;
+    const char* const name = nameOf(array);
     if (array == KelArray::SetListLengths)
         _data->onSet(name, [&](SetWriter& set) { set.setUniformLength(first, last, value); });
     else

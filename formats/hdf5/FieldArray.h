@@ -32,8 +32,7 @@ public:
     /// Declares the elements of a mesh without zones.
     void addElements(std::uint64_t first, std::uint64_t last);
 
-    template <class T>
-    void write(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count);
+    void write(std::uint64_t first, std::uint64_t last, const KelValues& values);
 
     std::uint64_t columns() const { return _columns; }
 
@@ -49,8 +48,7 @@ private:
     };
 
     void open(Part& part, std::size_t index, Stored type);
-    template <class T>
-    void writePiece(Part& part, std::uint64_t first, std::uint64_t last, const T* values);
+    void writePiece(Part& part, std::uint64_t first, std::uint64_t last, const KelValues& values);
 
     Hdf5File& _file;
     Handle _group;

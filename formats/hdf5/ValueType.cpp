@@ -158,10 +158,19 @@ Stored storedTypeOfPlain(KelPlainDataType type)
     }
 }
 
-template <class T>
-Source sourceOf(const T* values, Stored type)
+Source sourceOf(const KelValues& values, Stored type)
 {
-    return {values, sizeof(T), converterTo<T>(type), storedAs<T>() == type};
+    Source source;
+    values.visit([&]<class T>(const T* typed) {
+        source = {typed, sizeof(T), converterTo<T>(type), storedAs<T>() == type};
+    });
+    return source;
+}
+
+KelValues partOf(const KelValues& values, std::uint64_t first, std::uint64_t count)
+{
+    const std::size_t size = sizeOf(storedTypeOfPlain(values.type));
+    return {static_cast<const unsigned char*>(values.data) + first * size, count, values.type};
 }
 
 Target targetOf(const KelBuffer& values, Stored type)
@@ -178,18 +187,5 @@ KelBuffer restOf(const KelBuffer& values, std::uint64_t count)
     const std::size_t size = sizeOf(storedTypeOfPlain(values.type));
     return {static_cast<unsigned char*>(values.data) + count * size, values.capacity - count, values.type};
 }
-
-#define KEL_INSTANTIATE(T) template Source sourceOf<T>(const T*, Stored);
-KEL_INSTANTIATE(unsigned char)
-KEL_INSTANTIATE(char)
-KEL_INSTANTIATE(short)
-KEL_INSTANTIATE(unsigned int)
-KEL_INSTANTIATE(int)
-KEL_INSTANTIATE(long)
-KEL_INSTANTIATE(unsigned64)
-KEL_INSTANTIATE(signed64)
-KEL_INSTANTIATE(float)
-KEL_INSTANTIATE(double)
-#undef KEL_INSTANTIATE
 
 } // namespace meridyn::hdf5

@@ -64,9 +64,17 @@ struct Target {
     bool isSame = false;
 };
 
-/// For the ten value types.
+/// Values that become a stored type.
+Source sourceOf(const KelValues& values, Stored type);
 template <class T>
-Source sourceOf(const T* values, Stored type);
+Source sourceOf(const T* values, Stored type)
+{
+    static_assert(plainTypeOf<T>() != -1, "one of the ten value types");
+    return sourceOf(KelValues(values, 0), type);
+}
+
+/// `count` values from the one at `first` on.
+KelValues partOf(const KelValues& values, std::uint64_t first, std::uint64_t count);
 
 /// Room that is filled with values of a stored type.
 Target targetOf(const KelBuffer& values, Stored type);

@@ -252,11 +252,23 @@ std::unique_ptr<ArrayReader> ArrayReader::open(Hdf5File& file, hid_t group, cons
     }
 }
 
-void ArrayReader::read(std::uint64_t first, std::uint64_t count, const Target& target) const
+std::unique_ptr<ArrayReader> ArrayReader::find(Hdf5File& file, const Handle& group, const std::string& name)
+{
+    return group && hasLink(group.get(), name) ? open(file, group.get(), name) : nullptr;
+}
+
+void ArrayReader::read(std::uint64_t first, std::uint64_t count, const KelBuffer& values) const
 {
     checkRange(_label, _shape, first, count);
     if (count > 0)
-        readValues(first, count, target);
+        readValues(first, count, targetOf(values, _shape.type));
+}
+
+std::uint64_t ArrayReader::readStart(const KelBuffer& values) const
+{
+    const std::uint64_t n = std::min(values.capacity, _shape.valueCount());
+    read(0, n, values);
+    return n;
 }
 
 void ArrayReader::checkPlausible() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Hdf5Handle.h"
+#include "KelValues.h"
 #include "ValueType.h"
 
 #include <cstdint>
@@ -73,17 +74,30 @@ public:
     const std::string& label() const { return _label; }
     const ArrayShape& shape() const { return _shape; }
 
+    /// Opens an array that need not be there.
+    /// @return null without the array, or the group
+    static std::unique_ptr<ArrayReader> find(Hdf5File& file, const Handle& group, const std::string& name);
+
+    /// Reads values, counted over all rows from 0, into room for at least as many.
     /// @throws FormatError, also for a range outside the array
-    void read(std::uint64_t first, std::uint64_t count, const Target& target) const;
+    void read(std::uint64_t first, std::uint64_t count, const KelBuffer& values) const;
 
     template <class T>
     void read(std::uint64_t first, std::uint64_t count, T* values) const
     {
-        read(first, count, targetOf(values, _shape.type));
+        read(first, count, KelBuffer(values, count));
     }
 
+    /// Reads from the start as many values as there are and fit.
+    /// @return how many
+    std::uint64_t readStart(const KelBuffer& values) const;
+
+    /// For what takes memory for the whole array.
+    /// @throws FormatError when it has far more values than the file can hold
+    void checkPlausible() const;
+
     /// The whole array.
-    /// @throws FormatError also when it has far more values than the file can hold
+    /// @throws FormatError, also as checkPlausible
     template <class T>
     std::vector<T> readAll() const
     {
@@ -96,7 +110,6 @@ public:
 protected:
     ArrayReader(Hdf5File& file, Handle dataSet, const std::string& label, const ArrayShape& shape);
     virtual void readValues(std::uint64_t first, std::uint64_t count, const Target& target) const = 0;
-    void checkPlausible() const;
 
     Hdf5File& _file;
     Handle _dataSet;

@@ -41,9 +41,6 @@ struct KelHdf5Consumer::Data {
     std::unique_ptr<Session> sessions[2];
     KelDataClass current = KEL_CASE; ///< the class that was opened last and is still open
     int compression = 0;
-    bool appends = false;
-    bool overridesSettings = true;
-    bool writesSettings = true;
 
     std::unique_ptr<hdf5::MeshWriter> mesh;     ///< of the case
     std::unique_ptr<hdf5::DataWriter> solution; ///< of the data
@@ -90,8 +87,20 @@ struct KelHdf5Consumer::Data {
     void mergeCatalogue();
     /// @}
 
+    /// Type in which floating-point values are stored, none for the one in which they come; that of some.
+    /// @{
+    std::optional<hdf5::Stored> precision() const;
+    hdf5::Stored realType(const KelValues& reals) const;
+    /// @}
+
     void startVariable(KelZoneCategory category, int variableId, const std::vector<int>& zoneIds, unsigned64 size);
 
+    /// Declares zones of a field. An empty list stands for all zones of the category, and without zones for all
+    /// elements of the mesh.
+    void addZones(hdf5::FieldWriter& field, KelZoneCategory category, const std::vector<int>& zoneIds) const;
+
+    std::vector<hdf5::ZoneRange> zoneRanges(KelZoneCategory category) const;
+    unsigned64 meshSize(int type) const;
     hdf5::MeshDescription currentMesh() const;
     MeshState takeState() const;
 
@@ -138,6 +147,70 @@ struct KelHdf5Consumer::Data {
         return attempt(dataClass, function, [&](Session& target) {
             followMesh(target, dataClass);
             work(target);
+        });
+    }
+
+    /// The same for work that cannot be done.
+    void refuse(KelDataClass dataClass, const char* function, const std::string& reason)
+    {
+        attemptOnMesh(dataClass, function, [&reason](Session&) { throw hdf5::FormatError(reason); });
+    }
+
+    /// The same for work on the writer of the mesh, or of what a start marker has opened.
+    /// @{
+    template <class Work>
+    bool onMesh(const char* function, Work&& work)
+    {
+        return attemptOnMesh(KEL_CASE, function, [&](Session&) { work(*mesh); });
+    }
+
+    template <class Work>
+    bool onField(KelArray array, const char* function, Work&& work)
+    {
+        const bool isSection = array == KelArray::CaseSection;
+        return attemptOnMesh(isSection ? KEL_CASE : KEL_DATA, function, [&](Session&) {
+            hdf5::FieldWriter* const field = isSection ? section : values;
+            if (field == nullptr)
+                throw hdf5::FormatError(std::string("values of a ") + (isSection ? "case section" : "variable") +
+                                        " that was not started");
+            work(*field);
+        });
+    }
+
+    template <class Work>
+    bool onSet(const char* function, Work&& work)
+    {
+        return onStarted(set, setClass, "set", function, work);
+    }
+
+    template <class Work>
+    bool onSetData(const char* function, Work&& work)
+    {
+        return onStarted(setData, KEL_DATA, "set data", function, work);
+    }
+
+    template <class Work>
+    bool onMembers(KelCollection in, const char* function, Work&& work)
+    {
+        return in == KelCollection::Set ? onSet(function, work) : onSetData(function, work);
+    }
+
+    template <class Work>
+    bool onTracks(const char* function, Work&& work)
+    {
+        return onStarted(tracks, KEL_DATA, "particle tracks", function, work);
+    }
+    /// @}
+
+private:
+    template <class Object, class Work>
+    bool onStarted(const std::unique_ptr<Object>& object, KelDataClass dataClass, const char* what,
+                   const char* function, Work&& work)
+    {
+        return attemptOnMesh(dataClass, function, [&](Session&) {
+            if (!object)
+                throw hdf5::FormatError(std::string("no ") + what + " was started");
+            work(*object);
         });
     }
 };

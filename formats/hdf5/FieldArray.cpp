@@ -61,23 +61,22 @@ void FieldWriter::open(Part& part, std::size_t index, Stored type)
     writeNumbers(part.array->id(), "kel_ranges", ranges);
 }
 
-template <class T>
-void FieldWriter::writePiece(Part& part, std::uint64_t first, std::uint64_t last, const T* values)
+void FieldWriter::writePiece(Part& part, std::uint64_t first, std::uint64_t last, const KelValues& values)
 {
     if (!_type)
-        _type = storedAs<T>();
+        _type = storedTypeOfPlain(values.type);
     if (!part.array)
         open(part, static_cast<std::size_t>(&part - _parts.data()), *_type);
     part.elements.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t count, std::uint64_t position) {
         part.array->write(row * _columns, count * _columns,
-                          sourceOf(values + position * _columns, part.array->shape().type));
+                          sourceOf(partOf(values, position * _columns, count * _columns), part.array->shape().type));
         part.coverage.add(row, row + count);
     });
 }
 
-template <class T>
-void FieldWriter::write(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count)
+void FieldWriter::write(std::uint64_t first, std::uint64_t last, const KelValues& values)
 {
+    const std::uint64_t count = values.count;
     const std::string label = arrayLabel(_group.get(), _name);
     if (last < first || (last - first + 1) > count / _columns || (last - first + 1) * _columns != count)
         throw FormatError(label + ": " + std::to_string(count) + " values for the elements " + std::to_string(first) +
@@ -102,7 +101,7 @@ void FieldWriter::write(std::uint64_t first, std::uint64_t last, const T* values
                 throw FormatError(label + ": element " + std::to_string(next) + " is in none of its zones");
             const std::uint64_t end = std::min(last, found->last);
             if (pass == 1)
-                writePiece(*owner, next, end, values + (next - first) * _columns);
+                writePiece(*owner, next, end, partOf(values, (next - first) * _columns, (end - next + 1) * _columns));
             next = end + 1;
         }
 }
@@ -150,8 +149,7 @@ std::vector<int> FieldReader::zones() const
     return ids;
 }
 
-template <class T>
-std::uint64_t FieldReader::read(std::uint64_t first, std::uint64_t last, T* values, std::uint64_t capacity) const
+std::uint64_t FieldReader::read(std::uint64_t first, std::uint64_t last, const KelBuffer& values) const
 {
     // Where each stretch of elements lies; then, if none is missing, its values.
     struct Piece {
@@ -172,31 +170,16 @@ std::uint64_t FieldReader::read(std::uint64_t first, std::uint64_t last, T* valu
         pieces.push_back({&*owner, range->row + (next - range->first), end - next + 1});
         next = end + 1;
     }
-    std::uint64_t stored = 0;
+    KelBuffer room = values;
     for (const Piece& piece : pieces) {
         const std::uint64_t columns = piece.part->array->shape().columns;
-        const std::uint64_t n = std::min(piece.rows, (capacity - stored) / columns) * columns;
-        piece.part->array->read(piece.row * columns, n, values + stored);
-        stored += n;
+        const std::uint64_t n = std::min(piece.rows, room.capacity / columns) * columns;
+        piece.part->array->read(piece.row * columns, n, room);
+        room = restOf(room, n);
         if (n < piece.rows * columns)
             break;
     }
-    return stored;
+    return values.capacity - room.capacity;
 }
-
-#define KEL_INSTANTIATE(T)                                                                                             \
-    template void FieldWriter::write<T>(std::uint64_t, std::uint64_t, const T*, std::uint64_t);                        \
-    template std::uint64_t FieldReader::read<T>(std::uint64_t, std::uint64_t, T*, std::uint64_t) const;
-KEL_INSTANTIATE(unsigned char)
-KEL_INSTANTIATE(char)
-KEL_INSTANTIATE(short)
-KEL_INSTANTIATE(unsigned int)
-KEL_INSTANTIATE(int)
-KEL_INSTANTIATE(long)
-KEL_INSTANTIATE(unsigned64)
-KEL_INSTANTIATE(signed64)
-KEL_INSTANTIATE(float)
-KEL_INSTANTIATE(double)
-#undef KEL_INSTANTIATE
 
 } // namespace meridyn::hdf5

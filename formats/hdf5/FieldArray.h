@@ -32,8 +32,7 @@ public:
     /// Declares the elements of a mesh without zones.
     void addElements(std::uint64_t first, std::uint64_t last);
 
-    template <class T>
-    void write(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count);
+    void write(std::uint64_t first, std::uint64_t last, const KelValues& values);
 
     std::uint64_t columns() const { return _columns; }
 
@@ -49,8 +48,7 @@ private:
     };
 
     void open(Part& part, std::size_t index, Stored type);
-    template <class T>
-    void writePiece(Part& part, std::uint64_t first, std::uint64_t last, const T* values);
+    void writePiece(Part& part, std::uint64_t first, std::uint64_t last, const KelValues& values);
 
     Hdf5File& _file;
     Handle _group;
@@ -73,8 +71,7 @@ public:
     hid_t id() const { return _parts.front().array->id(); }
 
     /// Values of the elements, whole elements as far as there is room; none unless all of them have values.
-    template <class T>
-    std::uint64_t read(std::uint64_t first, std::uint64_t last, T* values, std::uint64_t capacity) const;
+    std::uint64_t read(std::uint64_t first, std::uint64_t last, const KelBuffer& values) const;
 
 private:
     struct Part {

@@ -7,6 +7,7 @@
 #include "FormatError.h"
 #include "Journal.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <unistd.h>
@@ -198,6 +199,18 @@ Handle openGroup(hid_t group, const std::string& name)
     return checkedId(H5Gopen2(group, name.c_str(), H5P_DEFAULT), pathOf(group) + "/" + name);
 }
 
+Handle findGroup(hid_t group, const std::vector<std::string>& path)
+{
+    Handle found;
+    for (const std::string& name : path) {
+        if (!hasLink(group, name))
+            return {};
+        found = openGroup(group, name);
+        group = found.get();
+    }
+    return found;
+}
+
 Handle createGroup(hid_t group, const std::string& name)
 {
     const QuietErrors quiet;
@@ -265,6 +278,13 @@ std::string decodeName(const std::string& name)
         }
     }
     return decoded;
+}
+
+std::vector<std::string> decodedNames(const Handle& group)
+{
+    std::vector<std::string> names = group ? linkNames(group.get()) : std::vector<std::string>();
+    std::transform(names.begin(), names.end(), names.begin(), decodeName);
+    return names;
 }
 
 std::string pathOf(hid_t object)

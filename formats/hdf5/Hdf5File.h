@@ -77,6 +77,10 @@ bool hasLink(hid_t group, const std::string& name);
 void linkNew(const Handle& object, hid_t group, const std::string& name);
 
 Handle openGroup(hid_t group, const std::string& name);
+
+/// A group that need not be there, along link names; invalid as soon as one is missing.
+Handle findGroup(hid_t group, const std::vector<std::string>& path);
+
 Handle createGroup(hid_t group, const std::string& name); ///< keeps the order in which links and attributes are made
 Handle openOrCreateGroup(hid_t group, const std::string& name);
 Handle replaceGroup(Hdf5File& file, hid_t group, const std::string& name); ///< empty; an old one stays until commit
@@ -91,6 +95,7 @@ void removeLink(hid_t group, const std::string& name);
 std::string encodeName(const std::string& name);
 std::string encodeAttributeName(const std::string& name); ///< also keeps clear of the names that begin with "kel_"
 std::string decodeName(const std::string& name);
+std::vector<std::string> decodedNames(const Handle& group); ///< of the links, in their order; of no group none
 /// @}
 
 /// Path of an object for messages, e.g. "/faces/cell0".

@@ -11,50 +11,10 @@ namespace meridyn {
 
 using namespace hdf5;
 
-namespace {
-
-std::vector<ZoneRange> zoneRanges(const KelBase& base, KelZoneCategory category)
-{
-    std::vector<int> ids;
-    base.getZoneIds(category, ids);
-    std::vector<ZoneRange> zones;
-    for (const int id : ids) {
-        ZoneRange zone{id, 0, 0};
-        base.getZoneSizeInfo(id, KEL_ZONE_FIRST_ID, zone.first);
-        base.getZoneSizeInfo(id, KEL_ZONE_LAST_ID, zone.last);
-        zones.push_back(zone);
-    }
-    return zones;
-}
-
-unsigned64 meshSize(const KelBase& base, int type)
-{
-    unsigned64 size = 0;
-    base.getMeshSize(static_cast<KelMeshSizeType>(type), size);
-    return size;
-}
-
-} // namespace
-
 KelHdf5Consumer::KelHdf5Consumer() : _data(std::make_unique<Data>(*this))
 {}
 
 KelHdf5Consumer::~KelHdf5Consumer() = default;
-
-void KelHdf5Consumer::setAppendOn(bool on)
-{
-    _data->appends = on;
-}
-
-void KelHdf5Consumer::setOverrideSettingsOn(bool on)
-{
-    _data->overridesSettings = on;
-}
-
-void KelHdf5Consumer::setWriteSettingsOn(bool on)
-{
-    _data->writesSettings = on;
-}
 
 void KelHdf5Consumer::setCompression(int level)
 {
@@ -90,7 +50,7 @@ bool KelHdf5Consumer::openData(KelDataClass dataClass, const std::string& fileNa
 
 void KelHdf5Consumer::Data::open(Session& target, KelDataClass dataClass)
 {
-    if (appends && ::access(target.path.c_str(), F_OK) == 0) {
+    if (writer.isAppendOn() && ::access(target.path.c_str(), F_OK) == 0) {
         target.file = Hdf5File::openForAppending(target.path);
         const std::string version = readIdentity(target.file->id(), dataClass);
         if (writer.isSupported(version) != KEL_READABLE)
@@ -105,12 +65,30 @@ void KelHdf5Consumer::Data::open(Session& target, KelDataClass dataClass)
 
 // ---- the mesh that is written ----
 
+std::vector<ZoneRange> KelHdf5Consumer::Data::zoneRanges(KelZoneCategory category) const
+{
+    std::vector<int> ids;
+    writer.getZoneIds(category, ids);
+    std::vector<ZoneRange> zones;
+    for (const int id : ids) {
+        const auto [first, last] = writer.rangeOfZone(id);
+        zones.push_back({id, first, last});
+    }
+    return zones;
+}
+
+unsigned64 KelHdf5Consumer::Data::meshSize(int type) const
+{
+    unsigned64 size = 0;
+    writer.getMeshSize(static_cast<KelMeshSizeType>(type), size);
+    return size;
+}
+
 MeshDescription KelHdf5Consumer::Data::currentMesh() const
 {
-    const KelBase& base = writer;
-    return {[&base](KelZoneCategory category) { return zoneRanges(base, category); },
-            [&base](KelZoneCategory category) { return meshSize(base, KEL_MESH_SIZE_1 + static_cast<int>(category)); },
-            [&base] { return meshSize(base, KEL_MESH_DIMENSION); }};
+    return {[this](KelZoneCategory category) { return zoneRanges(category); },
+            [this](KelZoneCategory category) { return meshSize(KEL_MESH_SIZE_1 + static_cast<int>(category)); },
+            [this] { return meshSize(KEL_MESH_DIMENSION); }};
 }
 
 MeshDescription KelHdf5Consumer::Data::MeshState::description() const
@@ -250,10 +228,10 @@ void KelHdf5Consumer::Data::finishSolution()
 void KelHdf5Consumer::writeSettingStrings(const std::vector<std::pair<std::string, std::string>>& pairs,
                                           KelDataClass dataClass, const std::string& group) const
 {
-    if (!_data->writesSettings)
+    if (!isWriteSettingsOn())
         return;
     _data->attempt(dataClass, "writeSettingStrings", [&](Data::Session& target) {
-        writeSettings(target.file->id(), group, pairs, _data->overridesSettings);
+        writeSettings(target.file->id(), group, pairs, isOverrideSettingsOn());
     });
 }
 

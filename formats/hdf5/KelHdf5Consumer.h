@@ -40,15 +40,8 @@ public:
     /// Drops files that were not ended.
     ~KelHdf5Consumer() override;
 
-    /// @name Switches, before startWriting
-    /// @{
-    void setAppendOn(bool on) override;           ///< default off: an existing file is replaced
-    void setOverrideSettingsOn(bool on) override; ///< default on
-    /// Default on; off: no settings at all, the common ones neither.
-    void setWriteSettingsOn(bool on) override;
-    /// @}
-
-    // The operations of the frame, see KelConsumer; those that are not named here need nothing of their own.
+    // What means something to files; KelFormatConsumer leads all that comes by range or in many types to the hooks
+    // below.
     // clang-format off
 
     /// @name Run
@@ -59,60 +52,13 @@ public:
     void writeSettingStrings(const std::vector<std::pair<std::string, std::string>>& pairs, KelDataClass dataClass, const std::string& group) const override;
     bool addStringAttribute(const std::string& section, const std::string& group, const std::string& name, const std::string& value) const override;
     void writeMeshAttributes() const override;
+    /// @}
+
+    /// @name Mesh
+    /// @{
     void setLocalElemIdsInZone(int zoneId, const unsigned64* ids, unsigned64 count) override;
-    /// @}
-
-    /// @name Nodes
-    /// @{
-    void startWritingCoordinatesForNodes(const std::vector<int>& zoneIds) override;
-    void setCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, const double* xyz, unsigned64 count) override;
-    void setCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, const float* xyz, unsigned64 count) override;
-    /// @}
-
-    /// @name Edges
-    /// @{
-    void startWritingNodesForEdges(const std::vector<int>& zoneIds) override;
-    void setUniformNodeCountForEdgesInRange(unsigned64 firstId, unsigned64 lastId, short nodeCount) override;
-    void setNodeCountsForEdgesInRange(unsigned64 firstId, unsigned64 lastId, const short* nodeCounts, unsigned64 count) override;
-    void setNodeIdsForEdgesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* nodeIds, unsigned64 count) override;
-    /// @}
-
-    /// @name Faces
-    /// @{
-    void startWritingNodesForFaces(const std::vector<int>& zoneIds) override;
-    void setUniformNodeCountForFacesInRange(unsigned64 firstId, unsigned64 lastId, short nodeCount) override;
-    void setNodeCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const short* nodeCounts, unsigned64 count) override;
-    void setNodeIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* nodeIds, unsigned64 count) override;
-    void startWritingCell0sForFaces(const std::vector<int>& zoneIds) override;
-    void setCell0sForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* cellIds, unsigned64 count) override;
-    void setCell1sForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* cellIds, unsigned64 count) override;
-    void startWritingShadowFaceIdsForFaces(const std::vector<int>& zoneIds) override;
-    void setShadowFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* shadowFaceIds, unsigned64 count) override;
     void startWritingInterfaceDataForFaces(const std::vector<int>& zoneIds0, const std::vector<int>& zoneIds1) override;
-    void setInterfaceDataForFacesInZone(int zoneId, const float* a, unsigned64 na, const float* b, unsigned64 nb, const unsigned64* ids0, unsigned64 count0, const unsigned64* ids1, unsigned64 count1) override;
-    void setInterfaceDataForFacesInZone(int zoneId, const double* a, unsigned64 na, const double* b, unsigned64 nb, const unsigned64* ids0, unsigned64 count0, const unsigned64* ids1, unsigned64 count1) override;
-    void setChildFaceCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const short* childCounts, unsigned64 count) override;
-    void setUniformChildFaceCountForFacesInRange(unsigned64 firstId, unsigned64 lastId, short childCount) override;
-    void setChildFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* childIds, unsigned64 count) override;
-    /// @}
-
-    /// @name Cells
-    /// @{
-    void startWritingTypesForCells(const std::vector<int>& zoneIds, const std::vector<KelCellType>& types) override;
-    void setTypesForCellsInRange(unsigned64 firstId, unsigned64 lastId, const KelCellType* types, unsigned64 count) override;
-    void startWritingNodesForCells(const std::vector<int>& zoneIds) override;
-    void setNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const short* nodeCounts, unsigned64 count) override;
-    void setUniformNodeCountForCellsInRange(unsigned64 firstId, unsigned64 lastId, short nodeCount) override;
-    void setNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* nodeIds, unsigned64 count) override;
-    void startWritingFacesForCells(const std::vector<int>& zoneIds) override;
-    void setFaceCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const short* faceCounts, unsigned64 count) override;
-    void setUniformFaceCountForCellsInRange(unsigned64 firstId, unsigned64 lastId, short faceCount) override;
-    void setFaceIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* faceIds, unsigned64 count) override;
     void startWritingPartitionIdsForCells(const std::vector<int>& zoneIds, int partitionCount) override;
-    void setPartitionIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const int* partitionIds, unsigned64 count) override;
-    void setChildCellCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const short* childCounts, unsigned64 count) override;
-    void setUniformChildCellCountForCellsInRange(unsigned64 firstId, unsigned64 lastId, short childCount) override;
-    void setChildCellIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, const unsigned64* childIds, unsigned64 count) override;
     /// @}
 
     /// @name Case sections
@@ -129,118 +75,16 @@ public:
     void startWritingPhase(short phaseId) const override;
     void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds, unsigned64 size) override;
     void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, int variableId, std::vector<int>& zoneIds, unsigned64 size) override;
-    void setValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, const float* values, unsigned64 count) override;
-    void setValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, const double* values, unsigned64 count) override;
     void endWritingPhaseVariableInZonesOfCategory() override;
     /// @}
 
-    /// @name Sets
+    /// @name Sets and set data
     /// @{
     void startWritingSet(const std::string& name, KelZoneCategory category) override;
     void setSizesAndMinMaxIdsForSet(const std::vector<unsigned64>& sizes, const std::vector<unsigned64>& minIds, const std::vector<unsigned64>& maxIds) override;
-    void setIdsForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned64* ids, unsigned64 count) override;
-    void startWritingSizeOfVariableForSet(const std::string& name, std::vector<unsigned64> sizes, KelPlainDataType type) override;
-    void setSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const int* lengths, unsigned64 count) override;
-    void setSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const short* lengths, unsigned64 count) override;
-    void setSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned64* lengths, unsigned64 count) override;
-    void setSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, int length) override;
-    void setSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, short length) override;
-    void setSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64 length) override;
-    void startWritingDataOfVariableForSet(const std::string& name, std::vector<unsigned64> sizes, unsigned64 valuesPerMember, KelPlainDataType type) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned char* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const char* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const short* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned int* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const int* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const long* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned64* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const signed64* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const float* values, unsigned64 count) override;
-    void setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const double* values, unsigned64 count) override;
-    void endWritingDataOfVariableForSet() override;
-    void startWritingVariableLengthedDataOfVariableForSet(const std::string& name, std::vector<unsigned64> sizes, KelPlainDataType type) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned char* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const char* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const short* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned int* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const int* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const long* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned64* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const signed64* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const float* values, unsigned64 count) override;
-    void setVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const double* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const unsigned char* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const char* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const short* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const unsigned int* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const int* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const long* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const unsigned64* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const signed64* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const float* values, unsigned64 count) override;
-    void writeOtherDataForSet(const std::string& name, const double* values, unsigned64 count) override;
-    void writeStringDataForSet(const std::string& name, const std::string& text) override;
     void endWritingSet() override;
-    /// @}
-
-    /// @name Set data
-    /// @{
     void startWritingSetData(const std::string& name, unsigned64 memberCount) override;
-    unsigned64 setIdsForSetData(const unsigned64* ids, unsigned64 count) override;
-    void startWritingVariableForSetData(const std::string& name, unsigned64 valuesPerMember, KelPlainDataType type) override;
-    unsigned64 setVariableForSetData(const unsigned char* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const char* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const short* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const unsigned int* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const int* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const long* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const unsigned64* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const signed64* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const float* values, unsigned64 count) override;
-    unsigned64 setVariableForSetData(const double* values, unsigned64 count) override;
-    void startWritingVariableLengthVariableForSetData(const std::string& name, KelPlainDataType type, KelPlainDataType lengthType) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned char* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned char* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned char* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const char* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const char* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const char* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const short* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const short* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const short* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned int* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned int* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned int* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const int* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const int* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const int* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const long* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const long* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const long* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned64* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned64* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const unsigned64* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const signed64* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const signed64* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const signed64* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const float* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const float* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const float* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const double* values, unsigned64 count, const int* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const double* values, unsigned64 count, const short* lengths, unsigned64 lengthCount) override;
-    unsigned64 setVariableLengthVariableForSetData(const double* values, unsigned64 count, const unsigned64* lengths, unsigned64 lengthCount) override;
     void endWritingVariableLengthVariableForSetData() override;
-    void writeOtherDataForSetData(const std::string& name, const unsigned char* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const char* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const short* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const unsigned int* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const int* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const long* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const unsigned64* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const signed64* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const float* values, unsigned64 count) override;
-    void writeOtherDataForSetData(const std::string& name, const double* values, unsigned64 count) override;
-    void writeStringDataForSetData(const std::string& name, const std::string& text) override;
     void endWritingSetData() override;
     /// @}
 
@@ -249,26 +93,11 @@ public:
     bool startWritingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) override;
     void startWritingPartiticleTrackGroup(const std::string& name) override;
     void startWritingChunkInPartiticleTrackGroup(int chunkId, unsigned64 pointCount) override;
-    void setValuesOfParticleTrackVariable(int variableId, const unsigned char* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const char* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const short* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const unsigned int* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const int* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const long* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const unsigned64* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const signed64* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const float* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(int variableId, const double* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const unsigned char* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const char* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const short* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const unsigned int* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const int* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const long* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const unsigned64* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const signed64* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const float* values, unsigned64 count) override;
-    void setValuesOfParticleTrackVariable(const std::string& variableName, const double* values, unsigned64 count) override;
+    using KelFormatConsumer::setValuesOfParticleTrackVariable;
+#define KEL_DEFINE(T) \
+    void setValuesOfParticleTrackVariable(int variableId, const T* values, unsigned64 count) override { keepTrackVariable(variableId, {values, count}); }
+    KEL_FOR_EACH_VALUE_TYPE(KEL_DEFINE) // so that the report names an unknown id
+#undef KEL_DEFINE
     void endWritingChunkInPartiticleTrackGroup() override;
     void endWritingPartiticleTrackGroup() override;
     void endWritingParticleTracks() override;
@@ -278,19 +107,34 @@ public:
     using KelFileConsumer::startWriting;
 
 protected:
-    /// @name Opening and closing of the files
+    // clang-format off
+    /// @name For the frame
     /// @{
     bool openData(KelDataClass dataClass, const std::string& fileName) override;
     bool closeData(KelDataClass dataClass) override;
-    /// @}
-
-    /// @name For the frame
-    /// @{
     void cacheLocationModelState(const std::string& state) const override;
     int getLastLogIndex(KelDataClass dataClass) const override;
     /// @}
 
+    /// @name For KelFormatConsumer
+    /// @{
+    void announce(KelArray array, const std::vector<int>& zoneIds) override;
+    void keep(KelArray array, unsigned64 first, unsigned64 last, const KelValues& values) override;
+    void keepUniform(KelArray array, unsigned64 first, unsigned64 last, signed64 value) override;
+    void keepInterface(int zoneId, const KelInterfaceValues& values) override;
+    void startVariable(KelCollection in, const std::string& name, unsigned64 valuesPerMember, KelPlainDataType type) override;
+    void startLists(KelCollection in, const std::string& name, KelPlainDataType type, KelPlainDataType lengthType) override;
+    void startLengths(const std::string& name, KelPlainDataType type) override;
+    bool append(KelPart part, const KelValues& values) override;
+    bool appendLists(const KelValues& values, const KelValues& lengths) override;
+    void keepBlock(KelCollection in, const std::string& name, const KelValues& values) override;
+    void keepText(KelCollection in, const std::string& name, const std::string& text) override;
+    /// @}
+    // clang-format on
+
 private:
+    void keepTrackVariable(int variableId, const KelValues& values);
+
     struct Data;
     std::unique_ptr<Data> _data;
 };

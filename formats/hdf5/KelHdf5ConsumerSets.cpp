@@ -4,42 +4,13 @@ namespace meridyn {
 
 using namespace hdf5;
 
-// Every operation is one piece of work on the set (or set data, or tracks) that was started.
-#define KEL_ON_SET(function, work) _data->attemptOnMesh(_data->setClass, function, [&](Data::Session&) { work; })
-#define KEL_ON_DATA(function, work) _data->attemptOnMesh(KEL_DATA, function, [&](Data::Session&) { work; })
-
-// The ten value types with their numbers.
-#define KEL_FOR_EACH_PLAIN_TYPE(DEFINE)                                                                                \
-    DEFINE(unsigned char, KEL_PLAIN_UNSIGNED_CHAR)                                                                     \
-    DEFINE(char, KEL_PLAIN_CHAR)                                                                                       \
-    DEFINE(short, KEL_PLAIN_SHORT)                                                                                     \
-    DEFINE(unsigned int, KEL_PLAIN_UNSIGNED_INT)                                                                       \
-    DEFINE(int, KEL_PLAIN_INT)                                                                                         \
-    DEFINE(long, KEL_PLAIN_LONG)                                                                                       \
-    DEFINE(unsigned64, KEL_PLAIN_UNSIGNED64)                                                                           \
-    DEFINE(signed64, KEL_PLAIN_SIGNED64)                                                                               \
-    DEFINE(float, KEL_PLAIN_FLOAT)                                                                                     \
-    DEFINE(double, KEL_PLAIN_DOUBLE)
-
-namespace {
-
-template <class Object>
-Object& started(const std::unique_ptr<Object>& object, const char* what)
-{
-    if (!object)
-        throw FormatError(std::string("no ") + what + " was started");
-    return *object;
-}
-
-} // namespace
-
 // ---- sets ----
 
 void KelHdf5Consumer::startWritingSet(const std::string& name, KelZoneCategory category)
 {
     if (!_data->set)
         _data->setClass = _data->current;
-    KEL_ON_SET("startWritingSet", {
+    _data->attemptOnMesh(_data->setClass, "startWritingSet", [&](Data::Session&) {
         if (_data->set)
             _data->set->finish();
         _data->set.reset();
@@ -55,84 +26,18 @@ void KelHdf5Consumer::setSizesAndMinMaxIdsForSet(const std::vector<unsigned64>& 
                                                  const std::vector<unsigned64>& minIds,
                                                  const std::vector<unsigned64>& maxIds)
 {
-    KEL_ON_SET("setSizesAndMinMaxIdsForSet", started(_data->set, "set").setBlocks(sizes, minIds, maxIds));
+    _data->onSet("setSizesAndMinMaxIdsForSet", [&](SetWriter& set) { set.setBlocks(sizes, minIds, maxIds); });
 }
 
-void KelHdf5Consumer::setIdsForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, const unsigned64* ids,
-                                          unsigned64 count)
+void KelHdf5Consumer::startLengths(const std::string& name, KelPlainDataType type)
 {
-    KEL_ON_SET("setIdsForSetInRange", started(_data->set, "set").setIds(firstPosition, lastPosition, ids, count));
-}
-
-void KelHdf5Consumer::startWritingSizeOfVariableForSet(const std::string& name, std::vector<unsigned64>,
-                                                       KelPlainDataType type)
-{
-    KEL_ON_SET("startWritingSizeOfVariableForSet", started(_data->set, "set").startLengths(name, type));
-}
-
-#define KEL_DEFINE(T)                                                                                                  \
-    void KelHdf5Consumer::setSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition,            \
-                                                         const T* lengths, unsigned64 count)                           \
-    {                                                                                                                  \
-        KEL_ON_SET("setSizeOfVariableForSetInRange",                                                                   \
-                   started(_data->set, "set").setLengths(firstPosition, lastPosition, lengths, count));                \
-    }                                                                                                                  \
-    void KelHdf5Consumer::setSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, T length)  \
-    {                                                                                                                  \
-        KEL_ON_SET("setSizeOfVariableForSetInRange",                                                                   \
-                   started(_data->set, "set").setUniformLength(firstPosition, lastPosition, length));                  \
-    }
-KEL_DEFINE(int)
-KEL_DEFINE(short)
-KEL_DEFINE(unsigned64)
-#undef KEL_DEFINE
-
-void KelHdf5Consumer::startWritingDataOfVariableForSet(const std::string& name, std::vector<unsigned64>,
-                                                       unsigned64 valuesPerMember, KelPlainDataType type)
-{
-    KEL_ON_SET("startWritingDataOfVariableForSet",
-               started(_data->set, "set").startVariable(name, valuesPerMember, type));
-}
-
-void KelHdf5Consumer::endWritingDataOfVariableForSet()
-{}
-
-void KelHdf5Consumer::startWritingVariableLengthedDataOfVariableForSet(const std::string& name, std::vector<unsigned64>,
-                                                                       KelPlainDataType type)
-{
-    KEL_ON_SET("startWritingVariableLengthedDataOfVariableForSet",
-               started(_data->set, "set").startListValues(name, type));
-}
-
-#define KEL_DEFINE(T, TYPE)                                                                                            \
-    void KelHdf5Consumer::setDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition,            \
-                                                         const T* values, unsigned64 count)                            \
-    {                                                                                                                  \
-        KEL_ON_SET("setDataOfVariableForSetInRange",                                                                   \
-                   started(_data->set, "set").setValues(firstPosition, lastPosition, values, count));                  \
-    }                                                                                                                  \
-    void KelHdf5Consumer::setVariableLengthedDataOfVariableForSetInRange(                                              \
-        unsigned64 firstPosition, unsigned64 lastPosition, const T* values, unsigned64 count)                          \
-    {                                                                                                                  \
-        KEL_ON_SET("setVariableLengthedDataOfVariableForSetInRange",                                                   \
-                   started(_data->set, "set").setListValues(firstPosition, lastPosition, values, count));              \
-    }                                                                                                                  \
-    void KelHdf5Consumer::writeOtherDataForSet(const std::string& name, const T* values, unsigned64 count)             \
-    {                                                                                                                  \
-        KEL_ON_SET("writeOtherDataForSet", started(_data->set, "set").writeOther(name, TYPE, values, count));          \
-    }
-KEL_FOR_EACH_PLAIN_TYPE(KEL_DEFINE)
-#undef KEL_DEFINE
-
-void KelHdf5Consumer::writeStringDataForSet(const std::string& name, const std::string& text)
-{
-    KEL_ON_SET("writeStringDataForSet", started(_data->set, "set").writeString(name, text));
+    _data->onSet("startWritingSizeOfVariableForSet", [&](SetWriter& set) { set.startLengths(name, type); });
 }
 
 void KelHdf5Consumer::endWritingSet()
 {
-    KEL_ON_SET("endWritingSet", {
-        started(_data->set, "set").finish();
+    _data->onSet("endWritingSet", [&](SetWriter& set) {
+        set.finish();
         _data->set.reset();
     });
 }
@@ -141,120 +46,101 @@ void KelHdf5Consumer::endWritingSet()
 
 void KelHdf5Consumer::startWritingSetData(const std::string& name, unsigned64 memberCount)
 {
-    KEL_ON_DATA("startWritingSetData", {
+    _data->attemptOnMesh(KEL_DATA, "startWritingSetData", [&](Data::Session& target) {
         if (_data->setData)
             _data->setData->finish();
-        Hdf5File& file = *_data->sessions[KEL_DATA]->file;
         const Handle scope = _data->phaseGroup();
-        _data->setData = std::make_unique<SetDataWriter>(file, scope.get(), name, memberCount, _data->compression);
+        _data->setData =
+            std::make_unique<SetDataWriter>(*target.file, scope.get(), name, memberCount, _data->compression);
     });
 }
 
-unsigned64 KelHdf5Consumer::setIdsForSetData(const unsigned64* ids, unsigned64 count)
+bool KelHdf5Consumer::append(KelPart part, const KelValues& values)
 {
-    return KEL_ON_DATA("setIdsForSetData", started(_data->setData, "set data").addIds(ids, count)) ? count : 0;
+    if (part == KelPart::Ids)
+        return _data->onSetData("setIdsForSetData", [&](SetDataWriter& setData) { setData.addIds(values); });
+    return _data->onSetData("setVariableForSetData", [&](SetDataWriter& setData) { setData.addValues(values); });
 }
 
-void KelHdf5Consumer::startWritingVariableForSetData(const std::string& name, unsigned64 valuesPerMember,
-                                                     KelPlainDataType type)
+bool KelHdf5Consumer::appendLists(const KelValues& values, const KelValues& lengths)
 {
-    KEL_ON_DATA("startWritingVariableForSetData",
-                started(_data->setData, "set data").startVariable(name, valuesPerMember, type));
-}
-
-void KelHdf5Consumer::startWritingVariableLengthVariableForSetData(const std::string& name, KelPlainDataType type,
-                                                                   KelPlainDataType lengthType)
-{
-    KEL_ON_DATA("startWritingVariableLengthVariableForSetData",
-                started(_data->setData, "set data").startList(name, type, lengthType));
+    return _data->onSetData("setVariableLengthVariableForSetData",
+                            [&](SetDataWriter& setData) { setData.addLists(values, lengths); });
 }
 
 void KelHdf5Consumer::endWritingVariableLengthVariableForSetData()
 {
-    KEL_ON_DATA("endWritingVariableLengthVariableForSetData", started(_data->setData, "set data").endList());
-}
-
-#define KEL_DEFINE_LIST(T, L)                                                                                          \
-    unsigned64 KelHdf5Consumer::setVariableLengthVariableForSetData(const T* values, unsigned64 count,                 \
-                                                                    const L* lengths, unsigned64 lengthCount)          \
-    {                                                                                                                  \
-        const bool isTaken =                                                                                           \
-            KEL_ON_DATA("setVariableLengthVariableForSetData",                                                         \
-                        started(_data->setData, "set data").addList(values, count, lengths, lengthCount));             \
-        return isTaken ? count : 0;                                                                                    \
-    }
-#define KEL_DEFINE(T, TYPE)                                                                                            \
-    unsigned64 KelHdf5Consumer::setVariableForSetData(const T* values, unsigned64 count)                               \
-    {                                                                                                                  \
-        const bool isTaken =                                                                                           \
-            KEL_ON_DATA("setVariableForSetData", started(_data->setData, "set data").addValues(values, count));        \
-        return isTaken ? count : 0;                                                                                    \
-    }                                                                                                                  \
-    KEL_DEFINE_LIST(T, int)                                                                                            \
-    KEL_DEFINE_LIST(T, short)                                                                                          \
-    KEL_DEFINE_LIST(T, unsigned64)                                                                                     \
-    void KelHdf5Consumer::writeOtherDataForSetData(const std::string& name, const T* values, unsigned64 count)         \
-    {                                                                                                                  \
-        KEL_ON_DATA("writeOtherDataForSetData",                                                                        \
-                    started(_data->setData, "set data").writeOther(name, TYPE, values, count));                        \
-    }
-KEL_FOR_EACH_PLAIN_TYPE(KEL_DEFINE)
-#undef KEL_DEFINE
-#undef KEL_DEFINE_LIST
-
-void KelHdf5Consumer::writeStringDataForSetData(const std::string& name, const std::string& text)
-{
-    KEL_ON_DATA("writeStringDataForSetData", started(_data->setData, "set data").writeString(name, text));
+    _data->onSetData("endWritingVariableLengthVariableForSetData", [](SetDataWriter& setData) { setData.endLists(); });
 }
 
 void KelHdf5Consumer::endWritingSetData()
 {
-    KEL_ON_DATA("endWritingSetData", {
-        started(_data->setData, "set data").finish();
+    _data->onSetData("endWritingSetData", [&](SetDataWriter& setData) {
+        setData.finish();
         _data->setData.reset();
     });
+}
+
+// ---- what they have in common ----
+
+void KelHdf5Consumer::startVariable(KelCollection in, const std::string& name, unsigned64 valuesPerMember,
+                                    KelPlainDataType type)
+{
+    _data->onMembers(in, "startVariable",
+                     [&](MemberWriter& members) { members.startVariable(name, valuesPerMember, type); });
+}
+
+void KelHdf5Consumer::startLists(KelCollection in, const std::string& name, KelPlainDataType type,
+                                 KelPlainDataType lengthType)
+{
+    _data->onMembers(in, "startLists", [&](MemberWriter& members) { members.startLists(name, type, lengthType); });
+}
+
+void KelHdf5Consumer::keepBlock(KelCollection in, const std::string& name, const KelValues& values)
+{
+    if (in == KelCollection::TrackChunk)
+        _data->onTracks("setValuesOfParticleTrackVariable",
+                        [&](TrackWriter& tracks) { tracks.writeValues(name, values); });
+    else
+        _data->onMembers(in, "writeOtherData", [&](MemberWriter& members) { members.writeOther(name, values); });
+}
+
+void KelHdf5Consumer::keepText(KelCollection in, const std::string& name, const std::string& text)
+{
+    _data->onMembers(in, "writeStringData", [&](MemberWriter& members) { members.writeString(name, text); });
 }
 
 // ---- particle tracks ----
 
 bool KelHdf5Consumer::startWritingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId)
 {
-    return KEL_ON_DATA("startWritingParticleTracks", {
+    return _data->attemptOnMesh(KEL_DATA, "startWritingParticleTracks", [&](Data::Session& session) {
         const Handle group = _data->phaseGroup(phaseId);
-        _data->tracks = std::make_unique<TrackWriter>(*_data->sessions[KEL_DATA]->file, group.get(),
-                                                      MeshKey{meshId, target, partitionId}, _data->compression);
+        _data->tracks = std::make_unique<TrackWriter>(*session.file, group.get(), MeshKey{meshId, target, partitionId},
+                                                      _data->compression);
     });
 }
 
 void KelHdf5Consumer::startWritingPartiticleTrackGroup(const std::string& name)
 {
-    KEL_ON_DATA("startWritingPartiticleTrackGroup", started(_data->tracks, "particle tracks").startGroup(name));
+    _data->onTracks("startWritingPartiticleTrackGroup", [&](TrackWriter& tracks) { tracks.startGroup(name); });
 }
 
 void KelHdf5Consumer::startWritingChunkInPartiticleTrackGroup(int chunkId, unsigned64 pointCount)
 {
-    KEL_ON_DATA("startWritingChunkInPartiticleTrackGroup",
-                started(_data->tracks, "particle tracks").startChunk(chunkId, pointCount));
+    _data->onTracks("startWritingChunkInPartiticleTrackGroup",
+                    [&](TrackWriter& tracks) { tracks.startChunk(chunkId, pointCount); });
 }
 
-#define KEL_DEFINE(T, TYPE)                                                                                            \
-    void KelHdf5Consumer::setValuesOfParticleTrackVariable(int variableId, const T* values, unsigned64 count)          \
-    {                                                                                                                  \
-        KEL_ON_DATA("setValuesOfParticleTrackVariable", {                                                              \
-            std::string name;                                                                                          \
-            if (!solutionModel()->getUniqueNameOfVariable(variableId, name))                                           \
-                throw FormatError("variable " + std::to_string(variableId) + " is unknown");                           \
-            started(_data->tracks, "particle tracks").writeValues(name, TYPE, values, count);                          \
-        });                                                                                                            \
-    }                                                                                                                  \
-    void KelHdf5Consumer::setValuesOfParticleTrackVariable(const std::string& variableName, const T* values,           \
-                                                           unsigned64 count)                                           \
-    {                                                                                                                  \
-        KEL_ON_DATA("setValuesOfParticleTrackVariable",                                                                \
-                    started(_data->tracks, "particle tracks").writeValues(variableName, TYPE, values, count));         \
-    }
-KEL_FOR_EACH_PLAIN_TYPE(KEL_DEFINE)
-#undef KEL_DEFINE
+void KelHdf5Consumer::keepTrackVariable(int variableId, const KelValues& values)
+{
+    std::string name;
+    if (solutionModel()->getUniqueNameOfVariable(variableId, name))
+        keepBlock(KelCollection::TrackChunk, name, values);
+    else
+        _data->refuse(KEL_DATA, "setValuesOfParticleTrackVariable",
+                      "variable " + std::to_string(variableId) + " is unknown");
+}
 
 void KelHdf5Consumer::endWritingChunkInPartiticleTrackGroup()
 {

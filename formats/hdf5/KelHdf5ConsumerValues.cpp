@@ -10,43 +10,6 @@ using namespace hdf5;
 
 namespace {
 
-// Zones of the list with their ranges; an empty list stands for all zones of the category, and without zones for all
-// elements of the mesh.
-void addZones(FieldWriter& field, const KelBase& base, KelZoneCategory category, const std::vector<int>& zoneIds)
-{
-    std::vector<int> ids = zoneIds;
-    if (ids.empty())
-        base.getZoneIds(category, ids);
-    std::vector<int> known;
-    base.getZoneIds(category, known);
-    std::vector<ZoneRange> zones;
-    for (const int id : ids) {
-        if (std::find(known.begin(), known.end(), id) == known.end())
-            throw FormatError("zone " + std::to_string(id) + " is not among the " + groupNameOf(category) +
-                              " zones of the mesh");
-        ZoneRange zone{id, 0, 0};
-        base.getZoneSizeInfo(id, KEL_ZONE_FIRST_ID, zone.first);
-        base.getZoneSizeInfo(id, KEL_ZONE_LAST_ID, zone.last);
-        zones.push_back(zone);
-    }
-    if (!zones.empty()) {
-        field.addZones(zones);
-        return;
-    }
-    unsigned64 count = 0;
-    base.getMeshSize(static_cast<KelMeshSizeType>(KEL_MESH_SIZE_1 + static_cast<int>(category)), count);
-    field.addElements(1, count);
-}
-
-std::optional<Stored> storedFor(KelDataPrecisionType precision)
-{
-    if (precision == KEL_PRECISION_SINGLE)
-        return Stored::F32;
-    if (precision == KEL_PRECISION_DOUBLE)
-        return Stored::F64;
-    return std::nullopt;
-}
-
 void checkCategory(int category)
 {
     if (!isCategory(category))
@@ -86,7 +49,7 @@ void KelHdf5Consumer::startWritingCaseSectionDataForCategory(const std::string& 
             section = std::make_unique<FieldWriter>(*target.file, own.get(), "values", storedTypeOfPlain(type), size,
                                                     _data->compression);
         }
-        addZones(*section, *this, category, zoneIds);
+        _data->addZones(*section, category, zoneIds);
         _data->section = section.get();
         _data->sectionType = type;
     });
@@ -95,31 +58,7 @@ void KelHdf5Consumer::startWritingCaseSectionDataForCategory(const std::string& 
 void KelHdf5Consumer::setCaseSectionDataForElementsInRange(unsigned64 firstId, unsigned64 lastId, const void* values,
                                                            unsigned64 count)
 {
-    _data->attemptOnMesh(KEL_CASE, "setCaseSectionDataForElementsInRange", [&](Data::Session&) {
-        if (_data->section == nullptr)
-            throw FormatError("values of a case section that was not started");
-        const auto write = [&](auto* typed) { _data->section->write(firstId, lastId, typed, count); };
-        switch (storedTypeOfPlain(_data->sectionType)) {
-        case Stored::U8:
-            return write(static_cast<const unsigned char*>(values));
-        case Stored::I8:
-            return write(static_cast<const char*>(values));
-        case Stored::I16:
-            return write(static_cast<const short*>(values));
-        case Stored::U32:
-            return write(static_cast<const unsigned int*>(values));
-        case Stored::I32:
-            return write(static_cast<const int*>(values));
-        case Stored::I64:
-            return write(static_cast<const signed64*>(values));
-        case Stored::U64:
-            return write(static_cast<const unsigned64*>(values));
-        case Stored::F32:
-            return write(static_cast<const float*>(values));
-        case Stored::F64:
-            return write(static_cast<const double*>(values));
-        }
-    });
+    keep(KelArray::CaseSection, firstId, lastId, {values, count, _data->sectionType});
 }
 
 void KelHdf5Consumer::endWritingCaseSectionDataForCategory()
@@ -132,14 +71,52 @@ void KelHdf5Consumer::endWritingCaseSectionCategories()
     _data->section = nullptr;
 }
 
+// ---- zones and types of values ----
+
+void KelHdf5Consumer::Data::addZones(FieldWriter& field, KelZoneCategory category,
+                                     const std::vector<int>& zoneIds) const
+{
+    const std::vector<ZoneRange> known = zoneRanges(category);
+    std::vector<ZoneRange> zones;
+    for (const int id : zoneIds) {
+        const auto found =
+            std::find_if(known.begin(), known.end(), [id](const ZoneRange& zone) { return zone.id == id; });
+        if (found == known.end())
+            throw FormatError("zone " + std::to_string(id) + " is not among the " + groupNameOf(category) +
+                              " zones of the mesh");
+        zones.push_back(*found);
+    }
+    if (zoneIds.empty())
+        zones = known;
+    if (zones.empty())
+        field.addElements(1, meshSize(KEL_MESH_SIZE_1 + static_cast<int>(category)));
+    else
+        field.addZones(zones);
+}
+
+std::optional<Stored> KelHdf5Consumer::Data::precision() const
+{
+    switch (writer.getDataPrecision()) {
+    case KEL_PRECISION_SINGLE:
+        return Stored::F32;
+    case KEL_PRECISION_DOUBLE:
+        return Stored::F64;
+    default:
+        return std::nullopt;
+    }
+}
+
+Stored KelHdf5Consumer::Data::realType(const KelValues& reals) const
+{
+    return precision().value_or(storedTypeOfPlain(reals.type));
+}
+
 // ---- values of variables ----
 
 void KelHdf5Consumer::startWritingPhase(short phaseId) const
 {
     if (!setActivePhase(phaseId) && _data->session(KEL_DATA) != nullptr)
-        _data->attemptOnMesh(KEL_DATA, "startWritingPhase", [phaseId](Data::Session&) {
-            throw FormatError("phase " + std::to_string(phaseId) + " is unknown");
-        });
+        _data->refuse(KEL_DATA, "startWritingPhase", "phase " + std::to_string(phaseId) + " is unknown");
 }
 
 std::optional<int> KelHdf5Consumer::Data::selectedLevel() const
@@ -206,9 +183,8 @@ void KelHdf5Consumer::Data::startVariable(KelZoneCategory category, int variable
     const std::string link = variable(phaseId, variableId).link;
     writer.addVariableOfCategory(variableId, category);
     levelGroup();
-    FieldWriter& field = solution->field(selectedLevel(), phase(phaseId).link, category, link,
-                                         storedFor(writer.getDataPrecision()), size);
-    addZones(field, writer, category, zoneIds);
+    FieldWriter& field = solution->field(selectedLevel(), phase(phaseId).link, category, link, precision(), size);
+    addZones(field, category, zoneIds);
     values = &field;
 }
 
@@ -234,26 +210,6 @@ void KelHdf5Consumer::startWritingPhaseVariableInZonesOfCategory(KelZoneCategory
     _data->attemptOnMesh(KEL_DATA, "startWritingPhaseVariableInZonesOfCategory", [&](Data::Session&) {
         _data->values = nullptr;
         _data->startVariable(category, variableId, zoneIds, size);
-    });
-}
-
-void KelHdf5Consumer::setValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                 const float* values, unsigned64 count)
-{
-    _data->attemptOnMesh(KEL_DATA, "setValuesOfPhaseVariableForElementsInRange", [&](Data::Session&) {
-        if (_data->values == nullptr)
-            throw FormatError("values of a variable that was not started");
-        _data->values->write(firstId, lastId, values, count);
-    });
-}
-
-void KelHdf5Consumer::setValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId,
-                                                                 const double* values, unsigned64 count)
-{
-    _data->attemptOnMesh(KEL_DATA, "setValuesOfPhaseVariableForElementsInRange", [&](Data::Session&) {
-        if (_data->values == nullptr)
-            throw FormatError("values of a variable that was not started");
-        _data->values->write(firstId, lastId, values, count);
     });
 }
 

@@ -23,18 +23,6 @@ std::optional<int> levelOf(const std::string& name)
 
 } // namespace
 
-hdf5::Handle findGroup(hid_t group, const std::vector<std::string>& path)
-{
-    Handle found;
-    for (const std::string& name : path) {
-        if (!hasLink(group, name))
-            return {};
-        found = openGroup(group, name);
-        group = found.get();
-    }
-    return found;
-}
-
 KelHdf5Provider::KelHdf5Provider() : _data(std::make_unique<Data>(*this))
 {}
 

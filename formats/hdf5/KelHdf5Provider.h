@@ -35,7 +35,7 @@ public:
     KelHdf5Provider();
     ~KelHdf5Provider() override;
 
-    // The operations of the frame, see KelProvider; those that are not named here need nothing of their own.
+    // The operations of the frame, see KelProvider, that KelFormatProvider leaves to a format.
     // clang-format off
 
     /// @name Run
@@ -48,50 +48,12 @@ public:
     void setSkipReadZoneTopology(bool on) override;
     /// @}
 
-    /// @name Nodes and edges
+    /// @name Mesh and case sections
     /// @{
     unsigned64 getLocalElemIdsInZone(int zoneId, unsigned64* ids, unsigned64 capacity) const override;
-    unsigned64 getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, float* xyz, unsigned64 capacity) const override;
-    unsigned64 getCoordinatesForNodesInRange(unsigned64 firstId, unsigned64 lastId, double* xyz, unsigned64 capacity) const override;
-    bool hasUniformNodeCountForEdgesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCount) const override;
-    unsigned64 getNodeCountsForEdgesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
-    unsigned64 getNodeIdsForEdgesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
-    /// @}
-
-    /// @name Faces
-    /// @{
-    bool hasUniformNodeCountForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCount) const override;
-    unsigned64 getNodeCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
-    unsigned64 getNodeIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
-    unsigned64 getCell0sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds, unsigned64 capacity) const override;
-    unsigned64 getCell1sForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* cellIds, unsigned64 capacity) const override;
-    unsigned64 getShadowFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* shadowFaceIds, unsigned64 capacity) const override;
     void startReadingInterfaceDataForFaces(std::vector<int>& zoneIds0, std::vector<int>& zoneIds1) override;
     bool getInterfaceDataSizesForFacesInZone(int zoneId, unsigned64& na, unsigned64& nb, unsigned64& count0, unsigned64& count1) const override;
-    unsigned64 getInterfaceDataForFacesInZone(int zoneId, float* a, unsigned64 na, float* b, unsigned64 nb, unsigned64* ids0, unsigned64 count0, unsigned64* ids1, unsigned64 count1) const override;
-    unsigned64 getInterfaceDataForFacesInZone(int zoneId, double* a, unsigned64 na, double* b, unsigned64 nb, unsigned64* ids0, unsigned64 count0, unsigned64* ids1, unsigned64 count1) const override;
-    unsigned64 getChildFaceCountsForFacesInRange(unsigned64 firstId, unsigned64 lastId, short* childCounts, unsigned64 capacity) const override;
-    unsigned64 getChildFaceIdsForFacesInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* childIds, unsigned64 capacity) const override;
-    /// @}
-
-    /// @name Cells
-    /// @{
-    bool hasUniformTypeForCellsInZone(int zoneId, KelCellType* type) const override;
-    unsigned64 getTypesForCellsInRange(unsigned64 firstId, unsigned64 lastId, KelCellType* types, unsigned64 capacity) const override;
-    bool hasUniformNodeCountForCellsInZone(int zoneId, short* nodeCount) const override;
-    unsigned64 getNodeCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* nodeCounts, unsigned64 capacity) const override;
-    unsigned64 getNodeIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* nodeIds, unsigned64 capacity) const override;
-    bool hasUniformFaceCountForCellsInZone(int zoneId, short* faceCount) const override;
-    unsigned64 getFaceCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* faceCounts, unsigned64 capacity) const override;
-    unsigned64 getFaceIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* faceIds, unsigned64 capacity) const override;
-    unsigned64 getPartitionIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, int* partitionIds, unsigned64 capacity) const override;
     int getPartitionCountOfCells() const override;
-    unsigned64 getChildCellCountsForCellsInRange(unsigned64 firstId, unsigned64 lastId, short* childCounts, unsigned64 capacity) const override;
-    unsigned64 getChildCellIdsForCellsInRange(unsigned64 firstId, unsigned64 lastId, unsigned64* childIds, unsigned64 capacity) const override;
-    /// @}
-
-    /// @name Case sections
-    /// @{
     void startReadingCaseSectionCategories(KelZoneCategory category, std::vector<std::string>& names) override;
     KelPlainDataType startReadingCaseSectionForCategory(const std::string& name, std::vector<int>& zoneIds) override;
     bool hasUniformCaseSectionDataCountForZone(int zoneId, unsigned64* count) const override;
@@ -99,17 +61,11 @@ public:
     void endReadingCaseSectionForCategory() override;
     /// @}
 
-    /// @name Values of variables
+    /// @name Values of variables and particles
     /// @{
     using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
-    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds) override;
-    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, float* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, double* values, unsigned64 capacity) const override;
-    /// @}
-
-    /// @name Particles
-    /// @{
     using KelFormatProvider::hasParticles;
+    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds) override;
     bool hasParticles(const std::string& phaseName) const override;
     void getVariablesOfInjection(const std::string& injection, std::vector<std::string>& names) const override;
     /// @}
@@ -117,7 +73,6 @@ public:
     /// @name Particle tracks
     /// @{
     using KelFormatProvider::hasParticleTracks;
-    using KelFormatProvider::getValuesOfParticleTrackVariable;
     bool hasParticleTracks(const std::string& phaseName) const override;
     bool hasParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) const override;
     void startReadingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) override;
@@ -126,25 +81,12 @@ public:
     void getChunksInParticleTrackGroup(std::vector<int>& chunkIds) const override;
     void startReadingChunkInParticleTrackGroup(int chunkId) override;
     unsigned64 getPointCountOfParticleTrackChunk() const override;
-    void getParticleTrackVariables(std::vector<std::string>& names) const override;
-    KelPlainDataType getDataTypeOfParticleTrackVariable(const std::string& variableName) const override;
-    unsigned64 getValueCountOfParticleTrackVariable(const std::string& variableName) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, unsigned char* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, char* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, short* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, unsigned int* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, int* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, long* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, unsigned64* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, signed64* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, float* values, unsigned64 capacity) const override;
-    unsigned64 getValuesOfParticleTrackVariable(const std::string& variableName, double* values, unsigned64 capacity) const override;
     void endReadingChunkInParticleTrackGroup() override;
     void endReadingParticleTrackGroup() override;
     void endReadingParticleTracks() override;
     /// @}
 
-    /// @name Sets
+    /// @name Sets and set data
     /// @{
     using KelFormatProvider::getSetNames;
     bool getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const override;
@@ -152,103 +94,17 @@ public:
     bool startReadingSet(const std::string& name) override;
     KelZoneCategory getCategoryOfSet() const override;
     void getSizesAndMinMaxIdsForSet(std::vector<unsigned64>& sizes, std::vector<unsigned64>& minIds, std::vector<unsigned64>& maxIds) const override;
-    unsigned64 getIdsForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64* ids, unsigned64 capacity) const override;
-    void getVariablesInSet(std::vector<std::string>& names) const override;
-    void getVariableLengthedVariablesInSet(std::vector<std::string>& names) const override;
-    void getOtherVariablesInSet(std::vector<std::string>& names) const override;
-    void getStringVariablesInSet(std::vector<std::string>& names) const override;
     KelPlainDataType startReadingSizeOfVariableLengthedVarForSet(const std::string& name) override;
-    unsigned64 getSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, int* lengths, unsigned64 capacity) const override;
-    unsigned64 getSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, short* lengths, unsigned64 capacity) const override;
-    unsigned64 getSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64* lengths, unsigned64 capacity) const override;
     void endReadingSizeOfVariableLengthedVarForSet() override;
     KelPlainDataType startReadingDataOfVariableForSet(const std::string& name, unsigned64& valuesPerMember) override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned char* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, char* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, short* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned int* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, int* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, long* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, signed64* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, float* values, unsigned64 capacity) const override;
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, double* values, unsigned64 capacity) const override;
     void endReadingDataOfVariableForSet() override;
     KelPlainDataType startReadingVariableLengthedDataOfVariableForSet(const std::string& name) override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned char* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, char* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, short* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned int* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, int* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, long* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, signed64* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, float* values, unsigned64 capacity) const override;
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, double* values, unsigned64 capacity) const override;
     void endReadingVariableLengthedDataOfVariableForSet() override;
-    KelPlainDataType getDataTypeOfOtherDataForSet(const std::string& name) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, unsigned char* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, char* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, short* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, unsigned int* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, int* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, long* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, unsigned64* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, signed64* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, float* values, unsigned64 capacity) const override;
-    unsigned64 getOtherDataForSet(const std::string& name, double* values, unsigned64 capacity) const override;
-    unsigned64 getStringDataForSet(const std::string& name, std::string& text) const override;
     void endReadingSet() override;
-    /// @}
-
-    /// @name Set data
-    /// @{
     void getSetDataNames(std::vector<std::string>& names) const override;
     bool startReadingSetData(const std::string& name, unsigned64& memberCount) override;
-    bool getIdsForSetData(std::vector<unsigned64>& ids) const override;
-    void getConstantLengthVariablesInSetData(std::vector<std::string>& names) const override;
-    void getVariableLengthVariablesInSetData(std::vector<std::string>& names) const override;
-    void getOtherVariablesInSetData(std::vector<std::string>& names) const override;
-    void getStringVariablesInSetData(std::vector<std::string>& names) const override;
-    KelPlainDataType getDataTypeOfDataForSetData(const std::string& name) const override;
-    KelPlainDataType getDataTypeOfSizeForSetData(const std::string& name) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<unsigned char>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<char>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<short>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<unsigned int>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<int>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<long>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<unsigned64>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<signed64>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<float>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<double>& values, unsigned64& valuesPerMember) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<unsigned char>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<char>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<short>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<unsigned int>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<int>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<long>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<unsigned64>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<signed64>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<float>& values) const override;
-    bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<double>& values) const override;
-    bool getSizeOfVariableLengthVarForSetData(const std::string& name, std::vector<int>& lengths) const override;
-    bool getSizeOfVariableLengthVarForSetData(const std::string& name, std::vector<short>& lengths) const override;
-    bool getSizeOfVariableLengthVarForSetData(const std::string& name, std::vector<unsigned64>& lengths) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<unsigned char>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<char>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<short>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<unsigned int>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<int>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<long>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<unsigned64>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<signed64>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<float>& values) const override;
-    bool getOtherDataForSetData(const std::string& name, std::vector<double>& values) const override;
-    unsigned64 getStringDataForSetData(const std::string& name, std::string& text) const override;
     void endReadingSetData() override;
     /// @}
-    // clang-format on
 
     using KelFileProvider::startReading;
 
@@ -261,6 +117,18 @@ protected:
     void initLocationModel() const override;
     std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const override;
     /// @}
+
+    /// @name What all forms of reading values come to
+    /// @{
+    unsigned64 give(KelArray array, unsigned64 firstId, unsigned64 lastId, const KelBuffer& values) const override;
+    std::optional<signed64> uniformValue(KelArray array, unsigned64 firstId, unsigned64 lastId) const override;
+    unsigned64 giveInterface(int zoneId, const KelInterfaceBuffers& values) const override;
+    std::vector<std::string> namesIn(KelCollection in, KelPart part) const override;
+    std::optional<KelArrayInfo> describe(KelCollection in, KelPart part, const std::string& name) const override;
+    bool giveWhole(KelCollection in, KelPart part, const std::string& name, const KelRoom& room) const override;
+    unsigned64 giveText(KelCollection in, const std::string& name, std::string& text) const override;
+    /// @}
+    // clang-format on
 
 private:
     struct Data;

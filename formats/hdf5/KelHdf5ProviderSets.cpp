@@ -1,7 +1,6 @@
 #include "ProviderData.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace meridyn {
 
@@ -9,17 +8,14 @@ using namespace hdf5;
 
 namespace {
 
-constexpr auto noType = static_cast<KelPlainDataType>(-1);
-
 // Rows of positions; throws when they are not in the array.
-template <class T>
-unsigned64 readRows(const ArrayReader& array, unsigned64 first, unsigned64 last, T* values, unsigned64 capacity)
+unsigned64 readRows(const ArrayReader& array, unsigned64 first, unsigned64 last, const KelBuffer& values)
 {
     if (first == 0 || last < first || last > array.shape().rows)
         throw FormatError(array.label() + " has " + std::to_string(array.shape().rows) + " members, positions " +
                           std::to_string(first) + " to " + std::to_string(last) + " asked for");
     const unsigned64 columns = array.shape().columns;
-    const unsigned64 n = std::min(last - first + 1, capacity / columns) * columns;
+    const unsigned64 n = std::min(last - first + 1, values.capacity / columns) * columns;
     array.read((first - 1) * columns, n, values);
     return n;
 }
@@ -31,42 +27,92 @@ unsigned64 offsetAt(const ArrayReader& offsets, unsigned64 row)
     return offset;
 }
 
-template <class T>
-unsigned64 readListRows(const ArrayReader& values, const ArrayReader& offsets, unsigned64 first, unsigned64 last,
-                        T* out, unsigned64 capacity)
+unsigned64 readListRows(const ArrayReader& array, const ArrayReader& offsets, unsigned64 first, unsigned64 last,
+                        const KelBuffer& values)
 {
     if (first == 0 || last < first || last >= offsets.shape().rows)
         throw FormatError(offsets.label() + " has " + std::to_string(offsets.shape().rows) + " rows, positions " +
                           std::to_string(first) + " to " + std::to_string(last) + " asked for");
     const unsigned64 begin = offsetAt(offsets, first - 1);
     const unsigned64 end = offsetAt(offsets, last);
-    if (end < begin || end > values.shape().valueCount())
+    if (end < begin || end > array.shape().valueCount())
         throw FormatError(offsets.label() + " leads from " + std::to_string(begin) + " to " + std::to_string(end) +
-                          " of " + std::to_string(values.shape().valueCount()) + " values");
+                          " of " + std::to_string(array.shape().valueCount()) + " values");
     unsigned64 stop = end;
-    while (stop - begin > capacity) // whole members only
+    while (stop - begin > values.capacity) // whole members only
         stop = std::max(begin, offsetAt(offsets, --last));
-    values.read(begin, stop - begin, out);
+    array.read(begin, stop - begin, values);
     return stop - begin;
 }
 
-template <class T>
-bool readVector(const std::unique_ptr<ArrayReader>& array, std::vector<T>& values)
-{
-    if (!array)
-        return false;
-    values = array->readAll<T>();
-    return true;
-}
-
-void appendNames(std::vector<std::string>& names, const Handle& group)
-{
-    if (group)
-        for (const std::string& name : linkNames(group.get()))
-            names.push_back(decodeName(name));
-}
-
 } // namespace
+
+// ---- names, arrays and texts of a set, set data or a chunk of particle tracks ----
+
+const MemberReader* KelHdf5Provider::Data::members(KelCollection in) const
+{
+    return in == KelCollection::Set ? set.get() : in == KelCollection::SetData ? setData.get() : nullptr;
+}
+
+std::unique_ptr<ArrayReader> KelHdf5Provider::Data::array(KelCollection in, KelPart part, const std::string& name) const
+{
+    if (in == KelCollection::TrackChunk)
+        return chunk ? ArrayReader::find(*sessions[KEL_DATA]->file, chunk, encodeName(name)) : nullptr;
+    const MemberReader* const known = members(in);
+    return known != nullptr ? known->array(part, name) : nullptr;
+}
+
+std::vector<std::string> KelHdf5Provider::namesIn(KelCollection in, KelPart part) const
+{
+    using Names = std::vector<std::string>;
+    return _data->ask(_data->classOf(in), "namesIn", Names(), [&](Data::Session&) {
+        if (in == KelCollection::TrackChunk)
+            return decodedNames(_data->chunk);
+        const MemberReader* const known = _data->members(in);
+        return known != nullptr ? known->names(part) : Names();
+    });
+}
+
+// An array that lacks its type is there all the same, and only its type is not.
+KelPlainDataType KelHdf5Provider::Data::typeOf(KelCollection in, const ArrayReader& array) const
+{
+    return ask(classOf(in), "describe", noType, [&array](Session&) { return kelTypeOf(array); });
+}
+
+std::optional<KelHdf5Provider::KelArrayInfo> KelHdf5Provider::describe(KelCollection in, KelPart part,
+                                                                       const std::string& name) const
+{
+    using Info = std::optional<KelArrayInfo>;
+    return _data->ask(_data->classOf(in), "describe", Info(), [&](Data::Session&) {
+        const auto array = _data->array(in, part, name);
+        return array ? Info({_data->typeOf(in, *array), array->shape().columns, array->shape().valueCount()}) : Info();
+    });
+}
+
+bool KelHdf5Provider::giveWhole(KelCollection in, KelPart part, const std::string& name, const KelRoom& room) const
+{
+    return _data->ask(_data->classOf(in), "giveWhole", false, [&](Data::Session&) {
+        const auto array = _data->array(in, part, name);
+        if (!array)
+            return false;
+        if (in == KelCollection::SetData) // goes into lists of its size, the others into a caller's buffer
+            array->checkPlausible();
+        array->readStart(room(array->shape().valueCount()));
+        return true;
+    });
+}
+
+unsigned64 KelHdf5Provider::giveText(KelCollection in, const std::string& name, std::string& text) const
+{
+    return _data->ask(_data->classOf(in), "giveText", unsigned64{0}, [&](Data::Session&) {
+        const MemberReader* const known = _data->members(in);
+        const std::optional<std::string> found = known != nullptr ? known->text(name) : std::nullopt;
+        if (!found)
+            return unsigned64{0};
+        text = *found;
+        return static_cast<unsigned64>(text.size());
+    });
+}
 
 // ---- sets ----
 
@@ -80,11 +126,9 @@ hdf5::Handle KelHdf5Provider::Data::setsGroup(KelDataClass dataClass) const
 
 bool KelHdf5Provider::getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const
 {
-    names.clear();
-    return _data->ask(dataClass, "getSetNames", false, [&](Data::Session&) {
-        appendNames(names, _data->setsGroup(dataClass));
-        return !names.empty();
-    });
+    names = _data->ask(dataClass, "getSetNames", std::vector<std::string>(),
+                       [&](Data::Session&) { return decodedNames(_data->setsGroup(dataClass)); });
+    return !names.empty();
 }
 
 bool KelHdf5Provider::getSetNames(KelZoneCategory category, std::vector<std::string>& names) const
@@ -92,12 +136,10 @@ bool KelHdf5Provider::getSetNames(KelZoneCategory category, std::vector<std::str
     names.clear();
     for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
         _data->ask(dataClass, "getSetNames", false, [&](Data::Session& session) {
-            const Handle group = _data->setsGroup(dataClass);
-            if (!group)
-                return false;
-            for (const std::string& name : linkNames(group.get()))
-                if (MemberReader(*session.file, openGroup(group.get(), name)).category() == category)
-                    names.push_back(decodeName(name));
+            if (const Handle group = _data->setsGroup(dataClass))
+                for (const std::string& name : linkNames(group.get()))
+                    if (MemberReader(*session.file, openGroup(group.get(), name)).category() == category)
+                        names.push_back(decodeName(name));
             return true;
         });
     return !names.empty();
@@ -109,12 +151,9 @@ bool KelHdf5Provider::startReadingSet(const std::string& name)
     const KelDataClass other = _data->current == KEL_CASE ? KEL_DATA : KEL_CASE;
     for (const KelDataClass dataClass : {_data->current, other}) {
         const bool isOpen = _data->ask(dataClass, "startReadingSet", false, [&](Data::Session& session) {
-            const Handle group = _data->setsGroup(dataClass);
-            if (!group || !hasLink(group.get(), encodeName(name)))
-                return false;
-            _data->set = std::make_unique<MemberReader>(*session.file, openGroup(group.get(), encodeName(name)));
+            _data->set = MemberReader::find(*session.file, _data->setsGroup(dataClass), name);
             _data->setClass = dataClass;
-            return true;
+            return _data->set != nullptr;
         });
         if (isOpen)
             return true;
@@ -137,45 +176,26 @@ void KelHdf5Provider::getSizesAndMinMaxIdsForSet(std::vector<unsigned64>& sizes,
     });
 }
 
-unsigned64 KelHdf5Provider::getIdsForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition, unsigned64* ids,
-                                                unsigned64 capacity) const
+unsigned64 KelHdf5Provider::Data::readSet(KelArray array, unsigned64 first, unsigned64 last,
+                                          const KelBuffer& buffer) const
 {
-    return _data->askSet("getIdsForSetInRange", unsigned64{0}, [&](const MemberReader& set) {
-        const auto array = set.ids();
-        return array ? readRows(*array, firstPosition, lastPosition, ids, capacity) : unsigned64{0};
-    });
-}
-
-void KelHdf5Provider::getVariablesInSet(std::vector<std::string>& names) const
-{
-    names = _data->askSet("getVariablesInSet", std::vector<std::string>(),
-                          [](const MemberReader& set) { return set.names("variables"); });
-}
-
-void KelHdf5Provider::getVariableLengthedVariablesInSet(std::vector<std::string>& names) const
-{
-    names = _data->askSet("getVariableLengthedVariablesInSet", std::vector<std::string>(),
-                          [](const MemberReader& set) { return set.names("lists"); });
-}
-
-void KelHdf5Provider::getOtherVariablesInSet(std::vector<std::string>& names) const
-{
-    names = _data->askSet("getOtherVariablesInSet", std::vector<std::string>(),
-                          [](const MemberReader& set) { return set.names("other"); });
-}
-
-void KelHdf5Provider::getStringVariablesInSet(std::vector<std::string>& names) const
-{
-    names = _data->askSet("getStringVariablesInSet", std::vector<std::string>(),
-                          [](const MemberReader& set) { return set.names("texts"); });
+    if (array == KelArray::SetIds) {
+        const auto ids = set->array(KelPart::Ids, {});
+        return ids ? readRows(*ids, first, last, buffer) : 0;
+    }
+    if (!setVariable)
+        return 0;
+    if (array == KelArray::SetLists)
+        return setOffsets ? readListRows(*setVariable, *setOffsets, first, last, buffer) : 0;
+    return readRows(*setVariable, first, last, buffer);
 }
 
 KelPlainDataType KelHdf5Provider::startReadingSizeOfVariableLengthedVarForSet(const std::string& name)
 {
     _data->setVariable.reset();
     return _data->askSet("startReadingSizeOfVariableLengthedVarForSet", noType, [&](const MemberReader& set) {
-        _data->setVariable = set.lengths(name);
-        return _data->setVariable ? plainTypeOf(*_data->setVariable) : noType;
+        _data->setVariable = set.array(KelPart::Lengths, name);
+        return _data->setVariable ? kelTypeOf(*_data->setVariable) : noType;
     });
 }
 
@@ -188,11 +208,11 @@ KelPlainDataType KelHdf5Provider::startReadingDataOfVariableForSet(const std::st
 {
     _data->setVariable.reset();
     return _data->askSet("startReadingDataOfVariableForSet", noType, [&](const MemberReader& set) {
-        _data->setVariable = set.variable(name);
+        _data->setVariable = set.array(KelPart::Variables, name);
         if (!_data->setVariable)
             return noType;
         valuesPerMember = _data->setVariable->shape().columns;
-        return plainTypeOf(*_data->setVariable);
+        return kelTypeOf(*_data->setVariable);
     });
 }
 
@@ -206,12 +226,12 @@ KelPlainDataType KelHdf5Provider::startReadingVariableLengthedDataOfVariableForS
     _data->setVariable.reset();
     _data->setOffsets.reset();
     return _data->askSet("startReadingVariableLengthedDataOfVariableForSet", noType, [&](const MemberReader& set) {
-        auto values = set.listValues(name);
+        auto values = set.array(KelPart::Lists, name);
         _data->setOffsets = set.offsets(name);
         if (!values || !_data->setOffsets)
             return noType;
         _data->setVariable = std::move(values);
-        return plainTypeOf(*_data->setVariable);
+        return kelTypeOf(*_data->setVariable);
     });
 }
 
@@ -219,25 +239,6 @@ void KelHdf5Provider::endReadingVariableLengthedDataOfVariableForSet()
 {
     _data->setVariable.reset();
     _data->setOffsets.reset();
-}
-
-KelPlainDataType KelHdf5Provider::getDataTypeOfOtherDataForSet(const std::string& name) const
-{
-    return _data->askSet("getDataTypeOfOtherDataForSet", noType, [&](const MemberReader& set) {
-        const auto array = set.other(name);
-        return array ? plainTypeOf(*array) : noType;
-    });
-}
-
-unsigned64 KelHdf5Provider::getStringDataForSet(const std::string& name, std::string& text) const
-{
-    return _data->askSet("getStringDataForSet", unsigned64{0}, [&](const MemberReader& set) {
-        const auto found = set.text(name);
-        if (!found)
-            return unsigned64{0};
-        text = *found;
-        return static_cast<unsigned64>(text.size());
-    });
 }
 
 void KelHdf5Provider::endReadingSet()
@@ -249,86 +250,25 @@ void KelHdf5Provider::endReadingSet()
 
 // ---- set data ----
 
+hdf5::Handle KelHdf5Provider::Data::setDataGroup() const
+{
+    return groupInPhase(activePhase(), "set_data");
+}
+
 void KelHdf5Provider::getSetDataNames(std::vector<std::string>& names) const
 {
-    names.clear();
-    _data->ask(KEL_DATA, "getSetDataNames", false, [&](Data::Session&) {
-        appendNames(names, _data->groupInPhase(_data->activePhase(), "set_data"));
-        return true;
-    });
+    names = _data->ask(KEL_DATA, "getSetDataNames", std::vector<std::string>(),
+                       [&](Data::Session&) { return decodedNames(_data->setDataGroup()); });
 }
 
 bool KelHdf5Provider::startReadingSetData(const std::string& name, unsigned64& memberCount)
 {
     endReadingSetData();
     return _data->ask(KEL_DATA, "startReadingSetData", false, [&](Data::Session& session) {
-        const Handle group = _data->groupInPhase(_data->activePhase(), "set_data");
-        if (!group || !hasLink(group.get(), encodeName(name)))
-            return false;
-        _data->setData = std::make_unique<MemberReader>(*session.file, openGroup(group.get(), encodeName(name)));
-        memberCount = _data->setData->members();
-        return true;
-    });
-}
-
-bool KelHdf5Provider::getIdsForSetData(std::vector<unsigned64>& ids) const
-{
-    return _data->askSetData("getIdsForSetData", false,
-                             [&](const MemberReader& set) { return readVector(set.ids(), ids); });
-}
-
-void KelHdf5Provider::getConstantLengthVariablesInSetData(std::vector<std::string>& names) const
-{
-    names = _data->askSetData("getConstantLengthVariablesInSetData", std::vector<std::string>(),
-                              [](const MemberReader& set) { return set.names("variables"); });
-}
-
-void KelHdf5Provider::getVariableLengthVariablesInSetData(std::vector<std::string>& names) const
-{
-    names = _data->askSetData("getVariableLengthVariablesInSetData", std::vector<std::string>(),
-                              [](const MemberReader& set) { return set.names("lists"); });
-}
-
-void KelHdf5Provider::getOtherVariablesInSetData(std::vector<std::string>& names) const
-{
-    names = _data->askSetData("getOtherVariablesInSetData", std::vector<std::string>(),
-                              [](const MemberReader& set) { return set.names("other"); });
-}
-
-void KelHdf5Provider::getStringVariablesInSetData(std::vector<std::string>& names) const
-{
-    names = _data->askSetData("getStringVariablesInSetData", std::vector<std::string>(),
-                              [](const MemberReader& set) { return set.names("texts"); });
-}
-
-KelPlainDataType KelHdf5Provider::getDataTypeOfDataForSetData(const std::string& name) const
-{
-    return _data->askSetData("getDataTypeOfDataForSetData", noType, [&](const MemberReader& set) {
-        auto array = set.variable(name);
-        if (!array)
-            array = set.listValues(name);
-        if (!array)
-            array = set.other(name);
-        return array ? plainTypeOf(*array) : noType;
-    });
-}
-
-KelPlainDataType KelHdf5Provider::getDataTypeOfSizeForSetData(const std::string& name) const
-{
-    return _data->askSetData("getDataTypeOfSizeForSetData", noType, [&](const MemberReader& set) {
-        const auto array = set.lengths(name);
-        return array ? plainTypeOf(*array) : noType;
-    });
-}
-
-unsigned64 KelHdf5Provider::getStringDataForSetData(const std::string& name, std::string& text) const
-{
-    return _data->askSetData("getStringDataForSetData", unsigned64{0}, [&](const MemberReader& set) {
-        const auto found = set.text(name);
-        if (!found)
-            return unsigned64{0};
-        text = *found;
-        return static_cast<unsigned64>(text.size());
+        _data->setData = MemberReader::find(*session.file, _data->setDataGroup(), name);
+        if (_data->setData)
+            memberCount = _data->setData->members();
+        return _data->setData != nullptr;
     });
 }
 
@@ -336,89 +276,5 @@ void KelHdf5Provider::endReadingSetData()
 {
     _data->setData.reset();
 }
-
-// ---- the ten value types ----
-
-#define KEL_DEFINE(T)                                                                                                  \
-    unsigned64 KelHdf5Provider::getDataOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition,      \
-                                                               T* values, unsigned64 capacity) const                   \
-    {                                                                                                                  \
-        return _data->askSet("getDataOfVariableForSetInRange", unsigned64{0}, [&](const MemberReader&) {               \
-            const auto& array = _data->setVariable;                                                                    \
-            return array ? readRows(*array, firstPosition, lastPosition, values, capacity) : unsigned64{0};            \
-        });                                                                                                            \
-    }                                                                                                                  \
-    unsigned64 KelHdf5Provider::getVariableLengthedDataOfVariableForSetInRange(                                        \
-        unsigned64 firstPosition, unsigned64 lastPosition, T* values, unsigned64 capacity) const                       \
-    {                                                                                                                  \
-        return _data->askSet(                                                                                          \
-            "getVariableLengthedDataOfVariableForSetInRange", unsigned64{0}, [&](const MemberReader&) {                \
-                const auto& array = _data->setVariable;                                                                \
-                return array && _data->setOffsets                                                                      \
-                           ? readListRows(*array, *_data->setOffsets, firstPosition, lastPosition, values, capacity)   \
-                           : unsigned64{0};                                                                            \
-            });                                                                                                        \
-    }                                                                                                                  \
-    unsigned64 KelHdf5Provider::getOtherDataForSet(const std::string& name, T* values, unsigned64 capacity) const      \
-    {                                                                                                                  \
-        return _data->askSet("getOtherDataForSet", unsigned64{0}, [&](const MemberReader& set) {                       \
-            const auto array = set.other(name);                                                                        \
-            if (!array || values == nullptr)                                                                           \
-                return array ? array->shape().valueCount() : unsigned64{0};                                            \
-            const unsigned64 n = std::min(capacity, array->shape().valueCount());                                      \
-            array->read(0, n, values);                                                                                 \
-            return n;                                                                                                  \
-        });                                                                                                            \
-    }                                                                                                                  \
-    bool KelHdf5Provider::getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<T>& values,        \
-                                                               unsigned64& valuesPerMember) const                      \
-    {                                                                                                                  \
-        return _data->askSetData("getDataOfConstantLengthVarForSetData", false, [&](const MemberReader& set) {         \
-            const auto array = set.variable(name);                                                                     \
-            if (array)                                                                                                 \
-                valuesPerMember = array->shape().columns;                                                              \
-            return readVector(array, values);                                                                          \
-        });                                                                                                            \
-    }                                                                                                                  \
-    bool KelHdf5Provider::getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<T>& values) const  \
-    {                                                                                                                  \
-        return _data->askSetData("getDataOfVariableLengthVarForSetData", false,                                        \
-                                 [&](const MemberReader& set) { return readVector(set.listValues(name), values); });   \
-    }                                                                                                                  \
-    bool KelHdf5Provider::getOtherDataForSetData(const std::string& name, std::vector<T>& values) const                \
-    {                                                                                                                  \
-        return _data->askSetData("getOtherDataForSetData", false,                                                      \
-                                 [&](const MemberReader& set) { return readVector(set.other(name), values); });        \
-    }
-KEL_DEFINE(unsigned char)
-KEL_DEFINE(char)
-KEL_DEFINE(short)
-KEL_DEFINE(unsigned int)
-KEL_DEFINE(int)
-KEL_DEFINE(long)
-KEL_DEFINE(unsigned64)
-KEL_DEFINE(signed64)
-KEL_DEFINE(float)
-KEL_DEFINE(double)
-#undef KEL_DEFINE
-
-#define KEL_DEFINE(T)                                                                                                  \
-    unsigned64 KelHdf5Provider::getSizeOfVariableForSetInRange(unsigned64 firstPosition, unsigned64 lastPosition,      \
-                                                               T* lengths, unsigned64 capacity) const                  \
-    {                                                                                                                  \
-        return _data->askSet("getSizeOfVariableForSetInRange", unsigned64{0}, [&](const MemberReader&) {               \
-            const auto& array = _data->setVariable;                                                                    \
-            return array ? readRows(*array, firstPosition, lastPosition, lengths, capacity) : unsigned64{0};           \
-        });                                                                                                            \
-    }                                                                                                                  \
-    bool KelHdf5Provider::getSizeOfVariableLengthVarForSetData(const std::string& name, std::vector<T>& lengths) const \
-    {                                                                                                                  \
-        return _data->askSetData("getSizeOfVariableLengthVarForSetData", false,                                        \
-                                 [&](const MemberReader& set) { return readVector(set.lengths(name), lengths); });     \
-    }
-KEL_DEFINE(int)
-KEL_DEFINE(short)
-KEL_DEFINE(unsigned64)
-#undef KEL_DEFINE
 
 } // namespace meridyn

@@ -8,6 +8,25 @@
 
 namespace meridyn::hdf5 {
 
+namespace {
+
+// Kind of the elements that carry an array.
+KelZoneCategory categoryOf(const MeshArray& which)
+{
+    switch (which.kind) {
+    case MeshArray::Kind::Ids:
+        return infoOf(which.ids).category;
+    case MeshArray::Kind::Ints:
+        return infoOf(which.ints).category;
+    case MeshArray::Kind::Lists:
+        return infoOf(which.lists).category;
+    default:
+        return KEL_NODE_ZONE;
+    }
+}
+
+} // namespace
+
 MeshReader::MeshReader(Hdf5File& file, hid_t group) : _file(file)
 {
     H5Iinc_ref(group);
@@ -82,111 +101,86 @@ const MeshReader::PlainArray* MeshReader::plain(Lazy<PlainArray>& lazy, KelZoneC
     return lazy.reader.get();
 }
 
-const MeshReader::PlainArray* MeshReader::plainIds(Ids ids) const
+template <class Reader>
+const Reader* MeshReader::open(Lazy<Reader>& lazy, const ArrayInfo& info) const
 {
-    const ArrayInfo& info = infoOf(ids);
-    return plain(_ids[static_cast<int>(ids)], info.category, info.name);
-}
-
-const RunArrayReader* MeshReader::intsOf(Ints ints) const
-{
-    Lazy<RunArrayReader>& lazy = _ints[static_cast<int>(ints)];
-    const ArrayInfo& info = infoOf(ints);
     const Handle& group = _groups[info.category];
     if (!lazy.isKnown && group)
-        lazy.reader = RunArrayReader::open(_file, group.get(), info.name, _elements[info.category].rowCount());
+        lazy.reader = Reader::open(_file, group.get(), info.name, _elements[info.category].rowCount());
     lazy.isKnown = true;
     return lazy.reader.get();
 }
 
 const RaggedReader* MeshReader::listsOf(Lists lists) const
 {
-    Lazy<RaggedReader>& lazy = _lists[static_cast<int>(lists)];
-    const ArrayInfo& info = infoOf(lists);
-    const Handle& group = _groups[info.category];
-    if (!lazy.isKnown && group)
-        lazy.reader = RaggedReader::open(_file, group.get(), info.name, _elements[info.category].rowCount());
-    lazy.isKnown = true;
-    return lazy.reader.get();
+    return open(_lists[static_cast<int>(lists)], infoOf(lists));
 }
 
-template <class T>
-std::uint64_t MeshReader::coordinates(std::uint64_t first, std::uint64_t last, T* xyz, std::uint64_t capacity) const
+// The small numbers themselves, or the counts of lists.
+const RunArrayReader* MeshReader::runsOf(const MeshArray& which) const
 {
-    const Rows rows = rowsOf(KEL_NODE_ZONE, first, last);
+    if (which.kind == MeshArray::Kind::Ints)
+        return open(_ints[static_cast<int>(which.ints)], infoOf(which.ints));
+    const RaggedReader* const lists = which.kind == MeshArray::Kind::Lists ? listsOf(which.lists) : nullptr;
+    return lists == nullptr ? nullptr : &lists->counts();
+}
+
+std::uint64_t MeshReader::coordinates(const Rows& rows, const KelBuffer& xyz) const
+{
     const PlainArray* const known = plain(_coordinates, KEL_NODE_ZONE, "coordinates");
     if (known == nullptr || rows.count == 0)
         return 0;
     const std::uint64_t columns = known->array->shape().columns;
-    const std::uint64_t n = std::min(rows.count, capacity / columns) * columns;
+    const std::uint64_t n = std::min(rows.count, xyz.capacity / columns) * columns;
     known->array->read(rows.first * columns, n, xyz);
     return n;
 }
 
-template std::uint64_t MeshReader::coordinates(std::uint64_t, std::uint64_t, float*, std::uint64_t) const;
-template std::uint64_t MeshReader::coordinates(std::uint64_t, std::uint64_t, double*, std::uint64_t) const;
-
-std::uint64_t MeshReader::ids(Ids ids, std::uint64_t first, std::uint64_t last, std::uint64_t* values,
-                              std::uint64_t capacity) const
+std::uint64_t MeshReader::ids(Ids which, const Rows& rows, const KelBuffer& values) const
 {
-    const Rows rows = rowsOf(infoOf(ids).category, first, last);
-    const PlainArray* const known = plainIds(ids);
+    const ArrayInfo& info = infoOf(which);
+    const PlainArray* const known = plain(_ids[static_cast<int>(which)], info.category, info.name);
     if (known == nullptr || rows.count == 0)
         return 0;
     // Boundary faces have no cell 1 and need not be written: they have the value 0 all the same.
-    if (ids != Ids::Cell1 && !known->given.covers(rows.first, rows.first + rows.count))
+    if (which != Ids::Cell1 && !known->given.covers(rows.first, rows.first + rows.count))
         return 0;
-    const std::uint64_t n = std::min(rows.count, capacity);
+    const std::uint64_t n = std::min(rows.count, values.capacity);
     known->array->read(rows.first, n, values);
     return n;
 }
 
-std::uint64_t MeshReader::ints(Ints ints, std::uint64_t first, std::uint64_t last, int* values,
-                               std::uint64_t capacity) const
+std::uint64_t MeshReader::listIds(Lists which, const Rows& rows, const KelBuffer& values) const
 {
-    const Rows rows = rowsOf(infoOf(ints).category, first, last);
-    const RunArrayReader* const known = intsOf(ints);
+    const RaggedReader* const known = listsOf(which);
+    const bool isGiven = known != nullptr && known->counts().covers(rows.first, rows.count);
+    return isGiven ? known->readIds(rows.first, rows.count, values) : 0;
+}
+
+std::uint64_t MeshReader::read(KelArray array, std::uint64_t first, std::uint64_t last, const KelBuffer& values) const
+{
+    const MeshArray& which = meshArrayOf(array);
+    const Rows rows = rowsOf(categoryOf(which), first, last);
+    if (which.kind == MeshArray::Kind::Coordinates)
+        return coordinates(rows, values);
+    if (which.kind == MeshArray::Kind::Ids)
+        return ids(which.ids, rows, values);
+    if (which.kind == MeshArray::Kind::Lists && !isOfCounts(array))
+        return listIds(which.lists, rows, values);
+    const RunArrayReader* const known = runsOf(which);
     if (known == nullptr || !known->covers(rows.first, rows.count))
         return 0;
-    const std::uint64_t n = std::min(rows.count, capacity);
+    const std::uint64_t n = std::min(rows.count, values.capacity);
     known->read(rows.first, n, values);
     return n;
 }
 
-std::uint64_t MeshReader::counts(Lists lists, std::uint64_t first, std::uint64_t last, short* counts,
-                                 std::uint64_t capacity) const
+std::optional<int> MeshReader::uniformValue(KelArray array, std::uint64_t first, std::uint64_t last) const
 {
-    const Rows rows = rowsOf(infoOf(lists).category, first, last);
-    const RaggedReader* const known = listsOf(lists);
-    if (known == nullptr || !known->counts().covers(rows.first, rows.count))
-        return 0;
-    const std::uint64_t n = std::min(rows.count, capacity);
-    known->counts().read(rows.first, n, counts);
-    return n;
-}
-
-std::uint64_t MeshReader::listIds(Lists lists, std::uint64_t first, std::uint64_t last, std::uint64_t* ids,
-                                  std::uint64_t capacity) const
-{
-    const Rows rows = rowsOf(infoOf(lists).category, first, last);
-    const RaggedReader* const known = listsOf(lists);
-    if (known == nullptr || !known->counts().covers(rows.first, rows.count))
-        return 0;
-    return known->readIds(rows.first, rows.count, ids, capacity);
-}
-
-std::optional<int> MeshReader::uniformInt(Ints ints, std::uint64_t first, std::uint64_t last) const
-{
-    const Rows rows = rowsOf(infoOf(ints).category, first, last);
-    const RunArrayReader* const known = intsOf(ints);
+    const MeshArray& which = meshArrayOf(array);
+    const Rows rows = rowsOf(categoryOf(which), first, last);
+    const RunArrayReader* const known = runsOf(which);
     return known == nullptr ? std::nullopt : known->uniformValue(rows.first, rows.count);
-}
-
-std::optional<int> MeshReader::uniformCount(Lists lists, std::uint64_t first, std::uint64_t last) const
-{
-    const Rows rows = rowsOf(infoOf(lists).category, first, last);
-    const RaggedReader* const known = listsOf(lists);
-    return known == nullptr ? std::nullopt : known->counts().uniformValue(rows.first, rows.count);
 }
 
 } // namespace meridyn::hdf5

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FieldArray.h"
-#include "MeshLayout.h"
+#include "MeshArrays.h"
 #include "RaggedArray.h"
 
 namespace meridyn::hdf5 {
@@ -19,18 +19,11 @@ public:
     hid_t group() const { return _group.get(); }
     Hdf5File& file() const { return _file; }
 
-    template <class T>
-    std::uint64_t coordinates(std::uint64_t first, std::uint64_t last, T* xyz, std::uint64_t capacity) const;
-    std::uint64_t ids(Ids ids, std::uint64_t first, std::uint64_t last, std::uint64_t* values,
-                      std::uint64_t capacity) const;
-    std::uint64_t ints(Ints ints, std::uint64_t first, std::uint64_t last, int* values, std::uint64_t capacity) const;
-    std::uint64_t counts(Lists lists, std::uint64_t first, std::uint64_t last, short* counts,
-                         std::uint64_t capacity) const;
-    std::uint64_t listIds(Lists lists, std::uint64_t first, std::uint64_t last, std::uint64_t* ids,
-                          std::uint64_t capacity) const;
+    /// Values of an array, converted; none of one that is not of the mesh.
+    std::uint64_t read(KelArray array, std::uint64_t first, std::uint64_t last, const KelBuffer& values) const;
 
-    std::optional<int> uniformInt(Ints ints, std::uint64_t first, std::uint64_t last) const;
-    std::optional<int> uniformCount(Lists lists, std::uint64_t first, std::uint64_t last) const;
+    /// The number that all elements have, of an array of counts or of small numbers.
+    std::optional<int> uniformValue(KelArray array, std::uint64_t first, std::uint64_t last) const;
 
 private:
     template <class Reader>
@@ -49,9 +42,14 @@ private:
 
     Rows rowsOf(KelZoneCategory category, std::uint64_t first, std::uint64_t last) const;
     const PlainArray* plain(Lazy<PlainArray>& lazy, KelZoneCategory category, const char* name) const;
-    const PlainArray* plainIds(Ids ids) const;
-    const RunArrayReader* intsOf(Ints ints) const;
+    template <class Reader>
+    const Reader* open(Lazy<Reader>& lazy, const ArrayInfo& info) const;
     const RaggedReader* listsOf(Lists lists) const;
+    const RunArrayReader* runsOf(const MeshArray& which) const;
+
+    std::uint64_t coordinates(const Rows& rows, const KelBuffer& xyz) const;
+    std::uint64_t ids(Ids which, const Rows& rows, const KelBuffer& values) const;
+    std::uint64_t listIds(Lists which, const Rows& rows, const KelBuffer& values) const;
 
     Hdf5File& _file;
     Handle _group;

@@ -5,6 +5,7 @@
 #include "Hdf5File.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace meridyn::hdf5 {
 
@@ -14,6 +15,31 @@ namespace {
 // long pieces, whose chunks several threads share.
 constexpr std::uint64_t plainPiece = 32 * 1024;
 constexpr std::uint64_t compressedPiece = 4 * 1024 * 1024;
+
+constexpr ArrayInfo coordinatesInfo{"coordinates", KEL_NODE_ZONE, KEL_NODE_ZONE};
+
+/// Of an array of the mesh.
+const ArrayInfo& infoOf(const MeshArray& array)
+{
+    switch (array.kind) {
+    case MeshArray::Kind::Ids:
+        return infoOf(array.ids);
+    case MeshArray::Kind::Ints:
+        return infoOf(array.ints);
+    case MeshArray::Kind::Lists:
+        return infoOf(array.lists);
+    default:
+        return coordinatesInfo;
+    }
+}
+
+/// Values whose type the frame fixes.
+template <class T>
+const T* valuesAs(const KelValues& values)
+{
+    assert(values.type == plainTypeOf<T>());
+    return static_cast<const T*>(values.data);
+}
 
 [[noreturn]] void failCount(const std::string& label, std::uint64_t first, std::uint64_t last, std::uint64_t found,
                             std::uint64_t expected)
@@ -72,15 +98,23 @@ const ElementMap& MeshWriter::elements(KelZoneCategory category)
     return *known;
 }
 
-const ElementMap& MeshWriter::checkedElements(KelZoneCategory category, const std::string& name, std::uint64_t first,
-                                              std::uint64_t last)
+const ElementMap& MeshWriter::checkedElements(const ArrayInfo& info, std::uint64_t first, std::uint64_t last)
 {
-    const ElementMap& map = elements(category);
+    const ElementMap& map = elements(info.category);
     if (!map.contains(first, last))
-        throw FormatError(pathOf(_group.get()) + "/" + groupNameOf(category) + "/" + name + ": elements " +
-                          std::to_string(first) + " to " + std::to_string(last) + " are not in the mesh, whose " +
-                          groupNameOf(category) + " are " + std::to_string(map.rowCount()) + ", the last with id " +
-                          std::to_string(map.largestId()));
+        throw FormatError(labelOf(info) + ": elements " + std::to_string(first) + " to " + std::to_string(last) +
+                          " are not in the mesh, whose " + groupNameOf(info.category) + " are " +
+                          std::to_string(map.rowCount()) + ", the last with id " + std::to_string(map.largestId()));
+    return map;
+}
+
+// The same for arrays of one value per element.
+const ElementMap& MeshWriter::checkedElements(const ArrayInfo& info, const char* suffix, std::uint64_t first,
+                                              std::uint64_t last, std::uint64_t count)
+{
+    const ElementMap& map = checkedElements(info, first, last);
+    if (count != last - first + 1)
+        failCount(labelOf(info) + suffix, first, last, count, last - first + 1);
     return map;
 }
 
@@ -123,40 +157,66 @@ void MeshWriter::checkIds(const ArrayInfo& info, const char* suffix, const std::
                               groupNameOf(info.target) + " of the mesh end with " + std::to_string(largest));
 }
 
-template <class T>
-void MeshWriter::setCoordinates(std::uint64_t first, std::uint64_t last, const T* xyz, std::uint64_t count, Stored type)
+void MeshWriter::keep(KelArray array, std::uint64_t first, std::uint64_t last, const KelValues& values,
+                      Stored coordinateType)
 {
-    const ElementMap& map = checkedElements(KEL_NODE_ZONE, "coordinates", first, last);
+    const MeshArray& which = meshArrayOf(array);
+    switch (which.kind) {
+    case MeshArray::Kind::Coordinates:
+        return keepCoordinates(first, last, values, coordinateType);
+    case MeshArray::Kind::Ids:
+        return keepIds(which.ids, first, last, values);
+    case MeshArray::Kind::Ints:
+        return keepInts(which.ints, first, last, values);
+    case MeshArray::Kind::Lists:
+        return isOfCounts(array) ? keepCounts(which.lists, first, last, values)
+                                 : keepLists(which.lists, first, last, values);
+    case MeshArray::Kind::None:
+        assert(false);
+    }
+}
+
+void MeshWriter::keepUniform(KelArray array, std::uint64_t first, std::uint64_t last, int value)
+{
+    const MeshArray& which = meshArrayOf(array);
+    assert(which.kind == MeshArray::Kind::Ints || isOfCounts(array));
+    const ElementMap& map = checkedElements(infoOf(which), first, last);
+    map.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t) {
+        if (which.kind == MeshArray::Kind::Ints)
+            intsOf(which.ints).setUniform(row, rows, value);
+        else
+            listsOf(which.lists).setUniformCount(row, rows, value);
+    });
+}
+
+void MeshWriter::keepCoordinates(std::uint64_t first, std::uint64_t last, const KelValues& values, Stored type)
+{
+    const ElementMap& map = checkedElements(coordinatesInfo, first, last);
     const std::uint64_t nodes = last - first + 1;
     if (!_coordinates.array) {
         std::uint64_t dimension = _mesh.dimension();
         if (dimension == 0)
-            dimension = count / nodes;
+            dimension = values.count / nodes;
         if (dimension == 0)
-            failCount(pathOf(_group.get()) + "/nodes/coordinates", first, last, count, nodes);
-        _coordinates.array = ArrayWriter::create(_file, groupOf(KEL_NODE_ZONE), "coordinates",
+            failCount(labelOf(coordinatesInfo), first, last, values.count, nodes);
+        _coordinates.array = ArrayWriter::create(_file, groupOf(KEL_NODE_ZONE), coordinatesInfo.name,
                                                  {type, map.rowCount(), dimension}, _compression);
     }
     ArrayWriter& array = *_coordinates.array;
     const std::uint64_t dimension = array.shape().columns;
-    if (count != nodes * dimension)
-        failCount(array.label(), first, last, count, nodes * dimension);
+    if (values.count != nodes * dimension)
+        failCount(array.label(), first, last, values.count, nodes * dimension);
     map.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t position) {
-        array.write(row * dimension, rows * dimension, sourceOf(xyz + position * dimension, array.shape().type));
+        array.write(row * dimension, rows * dimension,
+                    sourceOf(partOf(values, position * dimension, rows * dimension), array.shape().type));
         _coordinates.coverage.add(row, row + rows);
     });
 }
 
-template void MeshWriter::setCoordinates(std::uint64_t, std::uint64_t, const float*, std::uint64_t, Stored);
-template void MeshWriter::setCoordinates(std::uint64_t, std::uint64_t, const double*, std::uint64_t, Stored);
-
-void MeshWriter::setIds(Ids ids, std::uint64_t first, std::uint64_t last, const std::uint64_t* values,
-                        std::uint64_t count)
+void MeshWriter::keepIds(Ids ids, std::uint64_t first, std::uint64_t last, const KelValues& values)
 {
     const ArrayInfo& info = infoOf(ids);
-    const ElementMap& map = checkedElements(info.category, info.name, first, last);
-    if (count != last - first + 1)
-        failCount(labelOf(info), first, last, count, last - first + 1);
+    const ElementMap& map = checkedElements(info, "", first, last, values.count);
     PlainArray& plain = _ids[static_cast<int>(ids)];
     if (!plain.array)
         plain.array = ArrayWriter::create(_file, groupOf(info.category), info.name,
@@ -165,7 +225,7 @@ void MeshWriter::setIds(Ids ids, std::uint64_t first, std::uint64_t last, const 
     map.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t position) {
         for (std::uint64_t done = 0; done < rows; done += piece) {
             const std::uint64_t n = std::min(piece, rows - done);
-            const std::uint64_t* const next = values + position + done;
+            const std::uint64_t* const next = valuesAs<std::uint64_t>(values) + position + done;
             checkIds(info, "", next, n, true);
             plain.array->write(row + done, n, sourceOf(next, plain.array->shape().type));
         }
@@ -183,24 +243,12 @@ RunArrayWriter& MeshWriter::intsOf(Ints ints)
     return *writer;
 }
 
-void MeshWriter::setUniformInt(Ints ints, std::uint64_t first, std::uint64_t last, int value)
+void MeshWriter::keepInts(Ints ints, std::uint64_t first, std::uint64_t last, const KelValues& values)
 {
-    const ArrayInfo& info = infoOf(ints);
-    checkedElements(info.category, info.name, first, last)
-        .forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t) {
-            intsOf(ints).setUniform(row, rows, value);
+    checkedElements(infoOf(ints), "", first, last, values.count)
+        .forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t position) {
+            intsOf(ints).set(row, rows, valuesAs<int>(values) + position);
         });
-}
-
-void MeshWriter::setInts(Ints ints, std::uint64_t first, std::uint64_t last, const int* values, std::uint64_t count)
-{
-    const ArrayInfo& info = infoOf(ints);
-    const ElementMap& map = checkedElements(info.category, info.name, first, last);
-    if (count != last - first + 1)
-        failCount(labelOf(info), first, last, count, last - first + 1);
-    map.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t position) {
-        intsOf(ints).set(row, rows, values + position);
-    });
 }
 
 RaggedWriter& MeshWriter::listsOf(Lists lists)
@@ -214,90 +262,69 @@ RaggedWriter& MeshWriter::listsOf(Lists lists)
     return *writer;
 }
 
-void MeshWriter::setUniformCount(Lists lists, std::uint64_t first, std::uint64_t last, short value)
+void MeshWriter::keepCounts(Lists lists, std::uint64_t first, std::uint64_t last, const KelValues& counts)
 {
-    const ArrayInfo& info = infoOf(lists);
-    checkedElements(info.category, info.name, first, last)
-        .forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t) {
-            listsOf(lists).setUniformCount(row, rows, value);
+    checkedElements(infoOf(lists), "_counts", first, last, counts.count)
+        .forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t position) {
+            listsOf(lists).setCounts(row, rows, valuesAs<short>(counts) + position);
         });
 }
 
-void MeshWriter::setCounts(Lists lists, std::uint64_t first, std::uint64_t last, const short* counts,
-                           std::uint64_t count)
+void MeshWriter::keepLists(Lists lists, std::uint64_t first, std::uint64_t last, const KelValues& ids)
 {
     const ArrayInfo& info = infoOf(lists);
-    const ElementMap& map = checkedElements(info.category, info.name, first, last);
-    if (count != last - first + 1)
-        failCount(labelOf(info) + "_counts", first, last, count, last - first + 1);
-    map.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t position) {
-        listsOf(lists).setCounts(row, rows, counts + position);
-    });
-}
-
-void MeshWriter::setListIds(Lists lists, std::uint64_t first, std::uint64_t last, const std::uint64_t* ids,
-                            std::uint64_t count)
-{
-    const ArrayInfo& info = infoOf(lists);
-    const ElementMap& map = checkedElements(info.category, info.name, first, last);
+    const ElementMap& map = checkedElements(info, first, last);
     RaggedWriter& writer = listsOf(lists);
     std::vector<Coverage::Interval> pieces;
     map.forEachPiece(first, last, [&pieces](std::uint64_t row, std::uint64_t rows, std::uint64_t) {
         pieces.emplace_back(row, row + rows);
     });
     // Rows follow each other also where ids do not: the whole range is one stretch of rows.
-    writer.setIds(pieces.front().first, pieces.back().second - pieces.front().first, ids, count,
+    writer.setIds(pieces.front().first, pieces.back().second - pieces.front().first, valuesAs<std::uint64_t>(ids),
+                  ids.count,
                   [&](const std::uint64_t* part, std::uint64_t n) { checkIds(info, "_ids", part, n, false); });
 }
 
-void MeshWriter::announceCoordinates(const std::vector<int>& zoneIds)
+void MeshWriter::announce(KelArray array, const std::vector<int>& zoneIds)
 {
-    _announcements.push_back({KEL_NODE_ZONE, "coordinates", zoneIds, [this] { return &_coordinates.coverage; }});
+    _announcements.emplace_back(array, zoneIds);
 }
 
-void MeshWriter::announce(Ids ids, const std::vector<int>& zoneIds)
+// Of lists, their counts.
+const Coverage& MeshWriter::coverageOf(const MeshArray& array) const
 {
-    const ArrayInfo& info = infoOf(ids);
-    _announcements.push_back(
-        {info.category, info.name, zoneIds, [this, ids] { return &_ids[static_cast<int>(ids)].coverage; }});
-}
-
-void MeshWriter::announce(Ints ints, const std::vector<int>& zoneIds)
-{
-    const ArrayInfo& info = infoOf(ints);
-    _announcements.push_back({info.category, info.name, zoneIds, [this, ints] {
-                                  const auto& writer = _ints[static_cast<int>(ints)];
-                                  return writer ? &writer->coverage() : nullptr;
-                              }});
-}
-
-void MeshWriter::announce(Lists lists, const std::vector<int>& zoneIds)
-{
-    const ArrayInfo& info = infoOf(lists);
-    _announcements.push_back({info.category, std::string(info.name) + "_counts", zoneIds, [this, lists] {
-                                  const auto& writer = _lists[static_cast<int>(lists)];
-                                  return writer ? &writer->countCoverage() : nullptr;
-                              }});
+    static const Coverage nothing;
+    switch (array.kind) {
+    case MeshArray::Kind::Ids:
+        return _ids[static_cast<int>(array.ids)].coverage;
+    case MeshArray::Kind::Ints:
+        if (const auto& writer = _ints[static_cast<int>(array.ints)])
+            return writer->coverage();
+        return nothing;
+    case MeshArray::Kind::Lists:
+        if (const auto& writer = _lists[static_cast<int>(array.lists)])
+            return writer->countCoverage();
+        return nothing;
+    default:
+        return _coordinates.coverage;
+    }
 }
 
 void MeshWriter::checkAnnouncements()
 {
-    static const Coverage nothing;
-    for (const Announcement& announcement : _announcements) {
-        const Coverage* coverage = announcement.coverage();
-        if (coverage == nullptr)
-            coverage = &nothing;
-        for (const ZoneRange& zone : _mesh.zones(announcement.category)) {
-            if (std::find(announcement.zoneIds.begin(), announcement.zoneIds.end(), zone.id) ==
-                announcement.zoneIds.end())
+    for (const auto& [array, zoneIds] : _announcements) {
+        const MeshArray& which = meshArrayOf(array);
+        const ArrayInfo& info = infoOf(which);
+        const Coverage& coverage = coverageOf(which);
+        for (const ZoneRange& zone : _mesh.zones(info.category)) {
+            if (std::find(zoneIds.begin(), zoneIds.end(), zone.id) == zoneIds.end())
                 continue;
-            elements(announcement.category)
-                .forEachPiece(zone.first, zone.last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t) {
-                    if (!coverage->covers(row, row + rows))
-                        throw FormatError(pathOf(_group.get()) + "/" + groupNameOf(announcement.category) + "/" +
-                                          announcement.name + " lacks values of zone " + std::to_string(zone.id) +
-                                          ", which was announced");
-                });
+            const auto check = [&](std::uint64_t row, std::uint64_t rows, std::uint64_t) {
+                if (!coverage.covers(row, row + rows))
+                    throw FormatError(labelOf(info) + (which.kind == MeshArray::Kind::Lists ? "_counts" : "") +
+                                      " lacks values of zone " + std::to_string(zone.id) + ", which was announced");
+            };
+            elements(info.category).forEachPiece(zone.first, zone.last, check);
         }
     }
 }
@@ -312,16 +339,16 @@ void MeshWriter::checkElements()
     }
 }
 
-void MeshWriter::finishPlain(PlainArray& plain, const std::string& label, KelZoneCategory category, bool gapsAreAllowed)
+void MeshWriter::finishPlain(PlainArray& plain, const ArrayInfo& info, bool gapsAreAllowed)
 {
     if (!plain.array)
         return;
     const std::uint64_t columns = plain.array->shape().columns;
     const auto gaps = plain.coverage.gaps(0, plain.array->shape().rows);
     if (!gaps.empty() && !gapsAreAllowed)
-        throw FormatError(label + " lacks the values of the elements " +
-                          std::to_string(elements(category).idOf(gaps.front().first)) + " to " +
-                          std::to_string(elements(category).idOf(gaps.front().second - 1)));
+        throw FormatError(labelOf(info) + " lacks the values of the elements " +
+                          std::to_string(elements(info.category).idOf(gaps.front().first)) + " to " +
+                          std::to_string(elements(info.category).idOf(gaps.front().second - 1)));
     const std::vector<std::uint64_t> zeros(plainPiece);
     for (const auto& [begin, end] : gaps)
         for (std::uint64_t row = begin; row < end; row += plainPiece)
@@ -331,8 +358,7 @@ void MeshWriter::finishPlain(PlainArray& plain, const std::string& label, KelZon
         std::vector<std::uint64_t> given;
         for (const auto& [begin, end] : plain.coverage.intervals())
             given.insert(given.end(), {begin, end - begin});
-        const std::string name = label.substr(label.rfind('/') + 1);
-        writeArray(_file, groupOf(category), name + "_given", given, 2);
+        writeArray(_file, groupOf(info.category), std::string(info.name) + "_given", given, 2);
     }
     plain.array->finish();
 }
@@ -342,11 +368,9 @@ void MeshWriter::finish(MeshDescription mesh)
     _mesh = std::move(mesh);
     checkElements();
     checkAnnouncements();
-    finishPlain(_coordinates, pathOf(_group.get()) + "/nodes/coordinates", KEL_NODE_ZONE, false);
-    for (int i = 0; i < idsCount; ++i) {
-        const ArrayInfo& info = infoOf(static_cast<Ids>(i));
-        finishPlain(_ids[i], labelOf(info), info.category, static_cast<Ids>(i) != Ids::Cell0);
-    }
+    finishPlain(_coordinates, coordinatesInfo, false);
+    for (int i = 0; i < idsCount; ++i)
+        finishPlain(_ids[i], infoOf(static_cast<Ids>(i)), static_cast<Ids>(i) != Ids::Cell0);
     for (int i = 0; i < intsCount; ++i)
         if (_ints[i])
             _ints[i]->finish(zoneRows(infoOf(static_cast<Ints>(i)).category));

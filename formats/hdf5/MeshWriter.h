@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FieldArray.h"
-#include "MeshLayout.h"
+#include "MeshArrays.h"
 #include "RaggedArray.h"
 
 #include <functional>
@@ -25,25 +25,15 @@ public:
     MeshWriter(Hdf5File& file, hid_t group, MeshDescription mesh, int compression);
     ~MeshWriter();
 
-    /// @param type  in which coordinates are stored
-    template <class T>
-    void setCoordinates(std::uint64_t first, std::uint64_t last, const T* xyz, std::uint64_t count, Stored type);
+    /// Zones whose values will be handed over; those that never are make finish() fail.
+    void announce(KelArray array, const std::vector<int>& zoneIds);
 
-    void setIds(Ids ids, std::uint64_t first, std::uint64_t last, const std::uint64_t* values, std::uint64_t count);
-    void setUniformInt(Ints ints, std::uint64_t first, std::uint64_t last, int value);
-    void setInts(Ints ints, std::uint64_t first, std::uint64_t last, const int* values, std::uint64_t count);
-    void setUniformCount(Lists lists, std::uint64_t first, std::uint64_t last, short value);
-    void setCounts(Lists lists, std::uint64_t first, std::uint64_t last, const short* counts, std::uint64_t count);
-    void setListIds(Lists lists, std::uint64_t first, std::uint64_t last, const std::uint64_t* ids,
-                    std::uint64_t count);
+    /// Values of an array of the mesh: ids are unsigned64, counts short, types and partitions int.
+    /// @param coordinateType  in which coordinates are stored
+    void keep(KelArray array, std::uint64_t first, std::uint64_t last, const KelValues& values, Stored coordinateType);
 
-    /// @name Zones whose values will be handed over; those that never are make finish() fail.
-    /// @{
-    void announceCoordinates(const std::vector<int>& zoneIds);
-    void announce(Ids ids, const std::vector<int>& zoneIds);
-    void announce(Ints ints, const std::vector<int>& zoneIds);
-    void announce(Lists lists, const std::vector<int>& zoneIds);
-    /// @}
+    /// One count, or one cell type, for all elements of a range.
+    void keepUniform(KelArray array, std::uint64_t first, std::uint64_t last, int value);
 
     void setPartitionCount(int count) { _partitionCount = count; }
 
@@ -64,23 +54,24 @@ private:
         std::unique_ptr<ArrayWriter> array;
         Coverage coverage;
     };
-    struct Announcement {
-        KelZoneCategory category;
-        std::string name;
-        std::vector<int> zoneIds;
-        std::function<const Coverage*()> coverage;
-    };
 
     const ElementMap& elements(KelZoneCategory category);
-    const ElementMap& checkedElements(KelZoneCategory category, const std::string& name, std::uint64_t first,
-                                      std::uint64_t last);
+    const ElementMap& checkedElements(const ArrayInfo& info, std::uint64_t first, std::uint64_t last);
+    const ElementMap& checkedElements(const ArrayInfo& info, const char* suffix, std::uint64_t first,
+                                      std::uint64_t last, std::uint64_t count);
     Stored idTypeFor(KelZoneCategory target);
     void checkIds(const ArrayInfo& info, const char* suffix, const std::uint64_t* ids, std::uint64_t count,
                   bool zeroIsAllowed);
+    void keepCoordinates(std::uint64_t first, std::uint64_t last, const KelValues& values, Stored type);
+    void keepIds(Ids ids, std::uint64_t first, std::uint64_t last, const KelValues& values);
+    void keepInts(Ints ints, std::uint64_t first, std::uint64_t last, const KelValues& values);
+    void keepCounts(Lists lists, std::uint64_t first, std::uint64_t last, const KelValues& counts);
+    void keepLists(Lists lists, std::uint64_t first, std::uint64_t last, const KelValues& ids);
+    const Coverage& coverageOf(const MeshArray& array) const;
     RunArrayWriter& intsOf(Ints ints);
     RaggedWriter& listsOf(Lists lists);
     std::string labelOf(const ArrayInfo& info) const;
-    void finishPlain(PlainArray& plain, const std::string& label, KelZoneCategory category, bool gapsAreAllowed);
+    void finishPlain(PlainArray& plain, const ArrayInfo& info, bool gapsAreAllowed);
     void checkAnnouncements();
     void checkElements();
 
@@ -94,7 +85,7 @@ private:
     PlainArray _ids[idsCount];
     std::unique_ptr<RunArrayWriter> _ints[intsCount];
     std::unique_ptr<RaggedWriter> _lists[listsCount];
-    std::vector<Announcement> _announcements;
+    std::vector<std::pair<KelArray, std::vector<int>>> _announcements; // and their zones
     std::optional<int> _partitionCount;
 };
 

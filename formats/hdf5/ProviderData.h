@@ -18,6 +18,9 @@
 
 namespace meridyn {
 
+/// The type of what is not there.
+constexpr auto noType = static_cast<KelPlainDataType>(-1);
+
 /// What a reader of files keeps between calls.
 struct KelHdf5Provider::Data {
     explicit Data(KelHdf5Provider& provider) : reader(provider) {}
@@ -39,6 +42,7 @@ struct KelHdf5Provider::Data {
 
     KelZoneCategory sectionCategory = KEL_CELL_ZONE;
     std::unique_ptr<hdf5::FieldReader> section;
+    KelPlainDataType sectionType = noType; ///< in which its values came
 
     hdf5::Catalogue catalogue; ///< of the data
     std::set<std::string> levels;
@@ -82,8 +86,20 @@ struct KelHdf5Provider::Data {
     /// @}
 
     hdf5::Handle setsGroup(KelDataClass dataClass) const; ///< invalid when there is none
+    hdf5::Handle setDataGroup() const;                    ///< of the active phase, invalid when there is none
     std::string activePhase() const;                      ///< its unique name; empty without one
     const hdf5::Catalogue::Variable* variable(const std::string& phase, const std::string& name) const;
+
+    /// @name What was started
+    /// @{
+    KelDataClass classOf(KelArray array) const;
+    KelDataClass classOf(KelCollection in) const { return in == KelCollection::Set ? setClass : KEL_DATA; }
+    unsigned64 read(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& buffer) const;
+    unsigned64 readSet(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& buffer) const;
+    const hdf5::MemberReader* members(KelCollection in) const; ///< null when none was started
+    std::unique_ptr<hdf5::ArrayReader> array(KelCollection in, KelPart part, const std::string& name) const;
+    KelPlainDataType typeOf(KelCollection in, const hdf5::ArrayReader& array) const;
+    /// @}
 
     void post(const Session& session, const std::string& text, const char* function) const
     {
@@ -122,17 +138,6 @@ struct KelHdf5Provider::Data {
             return absent;
         return ask(setClass, function, absent, [&](Session&) { return work(*set); });
     }
-
-    template <class Answer, class Work>
-    Answer askSetData(const char* function, Answer absent, Work&& work) const
-    {
-        if (!setData)
-            return absent;
-        return ask(KEL_DATA, function, absent, [&](Session&) { return work(*setData); });
-    }
 };
-
-/// A group in a group, along link names; invalid as soon as one is missing.
-hdf5::Handle findGroup(hid_t group, const std::vector<std::string>& path);
 
 } // namespace meridyn

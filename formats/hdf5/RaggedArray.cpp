@@ -252,8 +252,7 @@ std::uint64_t RaggedReader::offsetOf(std::uint64_t row) const
     return offset;
 }
 
-std::uint64_t RaggedReader::readIds(std::uint64_t row, std::uint64_t count, std::uint64_t* ids,
-                                    std::uint64_t capacity) const
+std::uint64_t RaggedReader::readIds(std::uint64_t row, std::uint64_t count, const KelBuffer& ids) const
 {
     const std::uint64_t begin = offsetOf(row);
     const std::uint64_t end = offsetOf(row + count);
@@ -262,15 +261,15 @@ std::uint64_t RaggedReader::readIds(std::uint64_t row, std::uint64_t count, std:
         throw FormatError(_ids->label() + " has " + std::to_string(total) + " ids, those of the rows from " +
                           std::to_string(row) + " go from " + std::to_string(begin) + " to " + std::to_string(end));
     std::uint64_t n = end - begin;
-    if (n > capacity) { // whole elements only: the last one whose ids fit
+    if (n > ids.capacity) { // whole elements only: the last one whose ids fit
         std::uint64_t fits = 0;
         for (std::uint64_t beyond = count; beyond - fits > 1;) {
             const std::uint64_t middle = fits + (beyond - fits) / 2;
             const std::uint64_t offset = offsetOf(row + middle);
-            (offset >= begin && offset - begin <= capacity ? fits : beyond) = middle;
+            (offset >= begin && offset - begin <= ids.capacity ? fits : beyond) = middle;
         }
         n = offsetOf(row + fits) - begin;
-        if (n > capacity)
+        if (n > ids.capacity)
             return 0; // offsets of a damaged file
     }
     _ids->read(begin, n, ids);

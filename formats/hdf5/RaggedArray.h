@@ -84,7 +84,7 @@ public:
     std::uint64_t offsetOf(std::uint64_t row) const;
 
     /// Ids of the rows, whole rows as far as there is room.
-    std::uint64_t readIds(std::uint64_t row, std::uint64_t count, std::uint64_t* ids, std::uint64_t capacity) const;
+    std::uint64_t readIds(std::uint64_t row, std::uint64_t count, const KelBuffer& ids) const;
 
 private:
     std::unique_ptr<RunArrayReader> _counts;

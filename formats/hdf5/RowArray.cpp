@@ -8,14 +8,16 @@ RowArray::RowArray(Hdf5File& file, hid_t group, const std::string& name, const A
     : _array(ArrayWriter::create(file, group, name, shape, compression))
 {}
 
-void RowArray::check(std::uint64_t row, std::uint64_t rows, std::uint64_t count) const
+void RowArray::write(std::uint64_t row, std::uint64_t rows, const KelValues& values)
 {
     if (row > shape().rows || rows > shape().rows - row)
         throw FormatError(_array->label() + " has " + std::to_string(shape().rows) + " rows, the positions " +
                           std::to_string(row + 1) + " to " + std::to_string(row + rows) + " are not among them");
-    if (count != rows * shape().columns)
-        throw FormatError(_array->label() + ": " + std::to_string(count) + " values for " + std::to_string(rows) +
-                          " positions, " + std::to_string(rows * shape().columns) + " expected");
+    if (values.count != rows * shape().columns)
+        throw FormatError(_array->label() + ": " + std::to_string(values.count) + " values for " +
+                          std::to_string(rows) + " positions, " + std::to_string(rows * shape().columns) + " expected");
+    _array->write(row * shape().columns, values.count, sourceOf(values, shape().type));
+    _coverage.add(row, row + rows);
 }
 
 void RowArray::finish()

@@ -15,14 +15,8 @@ public:
     ArrayWriter& array() { return *_array; }
     bool isComplete() const { return _coverage.covers(0, shape().rows); }
 
-    /// @throws FormatError unless `count` values make the rows
-    template <class T>
-    void write(std::uint64_t row, std::uint64_t rows, const T* values, std::uint64_t count)
-    {
-        check(row, rows, count);
-        _array->write(row * shape().columns, count, sourceOf(values, shape().type));
-        _coverage.add(row, row + rows);
-    }
+    /// @throws FormatError unless the values make the rows
+    void write(std::uint64_t row, std::uint64_t rows, const KelValues& values);
 
     /// All rows were written to the array itself.
     void markAll() { _coverage.add(0, shape().rows); }
@@ -31,8 +25,6 @@ public:
     void finish();
 
 private:
-    void check(std::uint64_t row, std::uint64_t rows, std::uint64_t count) const;
-
     std::unique_ptr<ArrayWriter> _array;
     Coverage _coverage;
 };

@@ -249,18 +249,16 @@ std::optional<int> RunArrayReader::uniformValue(std::uint64_t row, std::uint64_t
     return run.end >= row + count ? std::optional<int>(run.value) : std::nullopt;
 }
 
-template <class T>
-void RunArrayReader::read(std::uint64_t row, std::uint64_t count, T* values) const
+void RunArrayReader::read(std::uint64_t row, std::uint64_t count, const KelBuffer& values) const
 {
     if (_array)
         _array->read(row, count, values);
     else
-        std::fill(values, values + count, static_cast<T>(_runs.begin()->second.value));
+        values.visit(
+            [&]<class T>(T* first) { std::fill(first, first + count, static_cast<T>(_runs.begin()->second.value)); });
 }
 
-#define KEL_INSTANTIATE(T)                                                                                             \
-    template void RunArrayWriter::set<T>(std::uint64_t, std::uint64_t, const T*);                                      \
-    template void RunArrayReader::read<T>(std::uint64_t, std::uint64_t, T*) const;
+#define KEL_INSTANTIATE(T) template void RunArrayWriter::set<T>(std::uint64_t, std::uint64_t, const T*);
 KEL_INSTANTIATE(short)
 KEL_INSTANTIATE(int)
 #undef KEL_INSTANTIATE

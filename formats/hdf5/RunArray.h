@@ -76,8 +76,14 @@ public:
     }
     std::optional<int> uniformValue(std::uint64_t row, std::uint64_t count) const;
 
+    /// Values of rows, into room for at least as many.
+    void read(std::uint64_t row, std::uint64_t count, const KelBuffer& values) const;
+
     template <class T>
-    void read(std::uint64_t row, std::uint64_t count, T* values) const;
+    void read(std::uint64_t row, std::uint64_t count, T* values) const
+    {
+        read(row, count, KelBuffer(values, count));
+    }
 
 private:
     struct Run {

@@ -15,6 +15,12 @@ MemberReader::MemberReader(Hdf5File& file, Handle group) : _file(file), _group(s
     _members = static_cast<std::uint64_t>(members);
 }
 
+std::unique_ptr<MemberReader> MemberReader::find(Hdf5File& file, const Handle& group, const std::string& name)
+{
+    Handle found = group ? findGroup(group.get(), {encodeName(name)}) : Handle();
+    return found ? std::make_unique<MemberReader>(file, std::move(found)) : nullptr;
+}
+
 KelZoneCategory MemberReader::category() const
 {
     return static_cast<KelZoneCategory>(readNumber(_group.get(), "kel_category").value_or(-1));
@@ -36,52 +42,38 @@ void MemberReader::blocks(std::vector<unsigned64>& sizes, std::vector<unsigned64
     }
 }
 
-std::vector<std::string> MemberReader::names(const char* kind) const
+Handle MemberReader::groupOf(KelPart part) const
 {
-    std::vector<std::string> names;
-    if (!hasLink(_group.get(), kind))
-        return names;
-    const Handle group = openGroup(_group.get(), kind);
-    for (const std::string& name : linkNames(group.get()))
-        names.push_back(decodeName(name));
-    return names;
+    static const char* const names[] = {"ids", "variables", "lists", "lists", "other", "texts"}; // as in KelPart
+    return findGroup(_group.get(), {names[static_cast<int>(part)]});
 }
 
-bool MemberReader::has(const char* kind, const std::string& name) const
+std::vector<std::string> MemberReader::names(KelPart part) const
 {
-    return hasLink(_group.get(), kind) && hasLink(openGroup(_group.get(), kind).get(), encodeName(name));
+    return decodedNames(groupOf(part));
 }
 
-std::unique_ptr<ArrayReader> MemberReader::array(const char* kind, const std::string& name) const
+std::unique_ptr<ArrayReader> MemberReader::listArray(const std::string& name, const char* what) const
 {
-    if (!has(kind, name))
-        return nullptr;
-    const Handle group = openGroup(_group.get(), kind);
-    return ArrayReader::open(_file, group.get(), encodeName(name));
+    return ArrayReader::find(_file, findGroup(_group.get(), {"lists", encodeName(name)}), what);
 }
 
-std::unique_ptr<ArrayReader> MemberReader::listArray(const std::string& name, const char* part) const
+std::unique_ptr<ArrayReader> MemberReader::array(KelPart part, const std::string& name) const
 {
-    if (!has("lists", name))
-        return nullptr;
-    const Handle lists = openGroup(_group.get(), "lists");
-    const Handle group = openGroup(lists.get(), encodeName(name));
-    return hasLink(group.get(), part) ? ArrayReader::open(_file, group.get(), part) : nullptr;
-}
-
-std::unique_ptr<ArrayReader> MemberReader::ids() const
-{
-    return hasLink(_group.get(), "ids") ? ArrayReader::open(_file, _group.get(), "ids") : nullptr;
-}
-
-std::unique_ptr<ArrayReader> MemberReader::variable(const std::string& name) const
-{
-    return array("variables", name);
-}
-
-std::unique_ptr<ArrayReader> MemberReader::lengths(const std::string& name) const
-{
-    return listArray(name, "lengths");
+    switch (part) {
+    case KelPart::Ids:
+        return ArrayReader::find(_file, _group, "ids");
+    case KelPart::Lists:
+        return listArray(name, "values");
+    case KelPart::Lengths:
+        return listArray(name, "lengths");
+    case KelPart::Variables:
+    case KelPart::Others:
+        return ArrayReader::find(_file, groupOf(part), encodeName(name));
+    case KelPart::Texts:
+        break;
+    }
+    return nullptr;
 }
 
 std::unique_ptr<ArrayReader> MemberReader::offsets(const std::string& name) const
@@ -89,25 +81,13 @@ std::unique_ptr<ArrayReader> MemberReader::offsets(const std::string& name) cons
     return listArray(name, "offsets");
 }
 
-std::unique_ptr<ArrayReader> MemberReader::listValues(const std::string& name) const
-{
-    return listArray(name, "values");
-}
-
-std::unique_ptr<ArrayReader> MemberReader::other(const std::string& name) const
-{
-    return array("other", name);
-}
-
 std::optional<std::string> MemberReader::text(const std::string& name) const
 {
-    if (!has("texts", name))
-        return std::nullopt;
-    const Handle group = openGroup(_group.get(), "texts");
-    return readLongText(_file, group.get(), encodeName(name));
+    const Handle group = groupOf(KelPart::Texts);
+    return group ? readLongText(_file, group.get(), encodeName(name)) : std::nullopt;
 }
 
-KelPlainDataType plainTypeOf(const ArrayReader& array)
+KelPlainDataType kelTypeOf(const ArrayReader& array)
 {
     const auto type = readNumber(array.id(), "kel_type");
     if (!type || !isPlainType(static_cast<int>(*type)))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ArrayStore.h"
+#include "KelArrays.h"
 #include "KelTypes.h"
 
 #include <optional>
@@ -13,27 +14,29 @@ public:
     /// @param group  that of the set
     MemberReader(Hdf5File& file, Handle group);
 
+    /// That of a name in a group of sets or of set data.
+    /// @return null when there is none, or no group
+    static std::unique_ptr<MemberReader> find(Hdf5File& file, const Handle& group, const std::string& name);
+
     std::uint64_t members() const { return _members; }
     KelZoneCategory category() const; ///< of a set
     void blocks(std::vector<unsigned64>& sizes, std::vector<unsigned64>& minIds,
                 std::vector<unsigned64>& maxIds) const; ///< of a set
 
-    /// Names in the order in which they were written; `kind` is one of the groups.
-    std::vector<std::string> names(const char* kind) const;
-    bool has(const char* kind, const std::string& name) const;
+    /// Names in the order in which they were written, of any part that has names.
+    std::vector<std::string> names(KelPart part) const;
 
-    /// @return null when there is none
-    std::unique_ptr<ArrayReader> ids() const;
-    std::unique_ptr<ArrayReader> variable(const std::string& name) const;
-    std::unique_ptr<ArrayReader> lengths(const std::string& name) const;
+    /// @return null when there is none; there is none of texts
+    std::unique_ptr<ArrayReader> array(KelPart part, const std::string& name) const;
+
+    /// Where the values of each member start among those of a variable-length variable; null when there is none.
     std::unique_ptr<ArrayReader> offsets(const std::string& name) const;
-    std::unique_ptr<ArrayReader> listValues(const std::string& name) const;
-    std::unique_ptr<ArrayReader> other(const std::string& name) const;
+
     std::optional<std::string> text(const std::string& name) const;
 
 private:
-    std::unique_ptr<ArrayReader> array(const char* kind, const std::string& name) const;
-    std::unique_ptr<ArrayReader> listArray(const std::string& name, const char* part) const;
+    Handle groupOf(KelPart part) const;
+    std::unique_ptr<ArrayReader> listArray(const std::string& name, const char* what) const;
 
     Hdf5File& _file;
     Handle _group;
@@ -41,6 +44,6 @@ private:
 };
 
 /// Type in which an array's values came: its attribute kel_type.
-KelPlainDataType plainTypeOf(const ArrayReader& array);
+KelPlainDataType kelTypeOf(const ArrayReader& array);
 
 } // namespace meridyn::hdf5

@@ -20,13 +20,24 @@ void checkType(int type, const std::string& name)
         throw FormatError("'" + name + "' has the value type " + std::to_string(type) + ", 0 to 9 expected");
 }
 
-template <class T>
-void checkLengths(const T* lengths, std::uint64_t count, const std::string& name)
+void checkLengths(const KelValues& lengths, const std::string& name)
 {
-    if constexpr (std::is_signed_v<T>)
-        for (std::uint64_t i = 0; i < count; ++i)
-            if (lengths[i] < 0)
-                throw FormatError("'" + name + "' has the length " + std::to_string(lengths[i]));
+    lengths.visit([&]<class T>(const T* typed) {
+        if constexpr (std::is_signed_v<T>)
+            for (std::uint64_t i = 0; i < lengths.count; ++i)
+                if (typed[i] < 0)
+                    throw FormatError("'" + name + "' has the length " + std::to_string(typed[i]));
+    });
+}
+
+std::uint64_t sumOf(const KelValues& lengths)
+{
+    std::uint64_t sum = 0;
+    lengths.visit([&](const auto* typed) {
+        for (std::uint64_t i = 0; i < lengths.count; ++i)
+            sum += static_cast<std::uint64_t>(typed[i]);
+    });
+    return sum;
 }
 
 std::uint64_t countOf(std::uint64_t first, std::uint64_t last)
@@ -61,16 +72,22 @@ RowArray& MemberWriter::ids()
     return *_ids;
 }
 
+std::unique_ptr<RowArray> MemberWriter::makeValues(hid_t group, const std::string& name, KelPlainDataType type,
+                                                   std::uint64_t rows, std::uint64_t columns)
+{
+    const ArrayShape shape{storedTypeOfPlain(type), rows, columns};
+    auto values = std::make_unique<RowArray>(_file, group, name, shape, _compression);
+    writeNumber(values->id(), "kel_type", type);
+    return values;
+}
+
 std::unique_ptr<RowArray> MemberWriter::makeVariable(const std::string& name, KelPlainDataType type,
                                                      std::uint64_t columns)
 {
     checkType(type, name);
     if (columns == 0)
         throw FormatError("'" + name + "' has 0 values per member, 1 or more expected");
-    const ArrayShape shape{storedTypeOfPlain(type), _members, columns};
-    auto variable = std::make_unique<RowArray>(_file, subgroup("variables"), encodeName(name), shape, _compression);
-    writeNumber(variable->id(), "kel_type", type);
-    return variable;
+    return makeValues(subgroup("variables"), encodeName(name), type, _members, columns);
 }
 
 MemberWriter::List MemberWriter::makeList(const std::string& name, KelPlainDataType lengthType)
@@ -104,19 +121,14 @@ void MemberWriter::openValues(List& list, const std::string& name, KelPlainDataT
     }
     list.offsets->write(_members, 1, sourceOf(&sum, Stored::U64));
     list.type = type;
-    list.values = std::make_unique<RowArray>(_file, group.get(), "values", ArrayShape{storedTypeOfPlain(type), sum, 1},
-                                             _compression);
-    writeNumber(list.values->id(), "kel_type", type);
+    list.values = makeValues(group.get(), "values", type, sum, 1);
 }
 
-template <class T>
-void MemberWriter::writeOther(const std::string& name, KelPlainDataType type, const T* values, std::uint64_t count)
+void MemberWriter::writeOther(const std::string& name, const KelValues& values)
 {
-    RowArray block(_file, subgroup("other"), encodeName(name), ArrayShape{storedTypeOfPlain(type), count, 1},
-                   _compression);
-    writeNumber(block.id(), "kel_type", type);
-    block.write(0, count, values, count);
-    block.finish();
+    const auto block = makeValues(subgroup("other"), encodeName(name), values.type, values.count, 1);
+    block->write(0, values.count, values);
+    block->finish();
 }
 
 void MemberWriter::writeString(const std::string& name, const std::string& text)
@@ -166,9 +178,16 @@ void SetWriter::setBlocks(const std::vector<unsigned64>& sizes, const std::vecto
     writeNumber(_group.get(), "kel_members", static_cast<std::int64_t>(_members));
 }
 
-void SetWriter::setIds(std::uint64_t first, std::uint64_t last, const unsigned64* values, std::uint64_t count)
+void SetWriter::keep(KelArray array, std::uint64_t first, std::uint64_t last, const KelValues& values)
 {
-    ids().write(first - 1, countOf(first, last), values, count);
+    if (array == KelArray::SetIds)
+        ids().write(first - 1, countOf(first, last), values);
+    else if (array == KelArray::SetListLengths)
+        setLengths(first, last, values);
+    else if (array == KelArray::SetLists)
+        setListValues(first, last, values);
+    else
+        setValues(first, last, values);
 }
 
 void SetWriter::startLengths(const std::string& name, KelPlainDataType type)
@@ -186,14 +205,13 @@ MemberWriter::List& SetWriter::currentList()
     return found->second;
 }
 
-template <class T>
-void SetWriter::setLengths(std::uint64_t first, std::uint64_t last, const T* lengths, std::uint64_t count)
+void SetWriter::setLengths(std::uint64_t first, std::uint64_t last, const KelValues& lengths)
 {
     List& list = currentList();
     if (list.values)
         throw FormatError("lengths of '" + _listName + "' after its values");
-    checkLengths(lengths, count, _listName);
-    list.lengths->write(first - 1, countOf(first, last), lengths, count);
+    checkLengths(lengths, _listName);
+    list.lengths->write(first - 1, countOf(first, last), lengths);
 }
 
 void SetWriter::setUniformLength(std::uint64_t first, std::uint64_t last, std::int64_t length)
@@ -202,7 +220,7 @@ void SetWriter::setUniformLength(std::uint64_t first, std::uint64_t last, std::i
     const std::vector<std::int64_t> lengths(std::min(blockRows, count), length);
     for (std::uint64_t done = 0; done < count; done += lengths.size()) {
         const std::uint64_t n = std::min<std::uint64_t>(lengths.size(), count - done);
-        setLengths(first + done, first + done + n - 1, lengths.data(), n);
+        setLengths(first + done, first + done + n - 1, {lengths.data(), n});
     }
 }
 
@@ -214,15 +232,14 @@ void SetWriter::startVariable(const std::string& name, std::uint64_t columns, Ke
     _variable = variable.get();
 }
 
-template <class T>
-void SetWriter::setValues(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count)
+void SetWriter::setValues(std::uint64_t first, std::uint64_t last, const KelValues& values)
 {
     if (_variable == nullptr)
         throw FormatError("values of a variable of a set that was not started");
-    _variable->write(first - 1, countOf(first, last), values, count);
+    _variable->write(first - 1, countOf(first, last), values);
 }
 
-void SetWriter::startListValues(const std::string& name, KelPlainDataType type)
+void SetWriter::startLists(const std::string& name, KelPlainDataType type, KelPlainDataType)
 {
     _listName = name;
     List& list = currentList();
@@ -237,8 +254,7 @@ std::uint64_t SetWriter::offsetOf(List& list, std::uint64_t row)
     return offset;
 }
 
-template <class T>
-void SetWriter::setListValues(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count)
+void SetWriter::setListValues(std::uint64_t first, std::uint64_t last, const KelValues& values)
 {
     List& list = currentList();
     countOf(first, last);
@@ -247,7 +263,7 @@ void SetWriter::setListValues(std::uint64_t first, std::uint64_t last, const T* 
                           std::to_string(last) + " of a set of " + std::to_string(_members));
     const std::uint64_t begin = offsetOf(list, first - 1);
     const std::uint64_t end = offsetOf(list, last);
-    list.values->write(begin, end - begin, values, count);
+    list.values->write(begin, end - begin, values);
 }
 
 SetDataWriter::SetDataWriter(Hdf5File& file, hid_t scope, const std::string& name, std::uint64_t members,
@@ -260,10 +276,10 @@ SetDataWriter::SetDataWriter(Hdf5File& file, hid_t scope, const std::string& nam
     writeNumber(_group.get(), "kel_members", static_cast<std::int64_t>(members));
 }
 
-void SetDataWriter::addIds(const unsigned64* values, std::uint64_t count)
+void SetDataWriter::addIds(const KelValues& values)
 {
-    ids().write(_idCount, count, values, count);
-    _idCount += count;
+    ids().write(_idCount, values.count, values);
+    _idCount += values.count;
 }
 
 void SetDataWriter::startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type)
@@ -274,21 +290,20 @@ void SetDataWriter::startVariable(const std::string& name, std::uint64_t columns
     _variableRows = 0;
 }
 
-template <class T>
-void SetDataWriter::addValues(const T* values, std::uint64_t count)
+void SetDataWriter::addValues(const KelValues& values)
 {
     if (_variable == nullptr)
         throw FormatError("values of a variable of set data that was not started");
-    const std::uint64_t rows = count / _variable->shape().columns;
-    _variable->write(_variableRows, rows, values, count);
+    const std::uint64_t rows = values.count / _variable->shape().columns;
+    _variable->write(_variableRows, rows, values);
     _variableRows += rows;
 }
 
-void SetDataWriter::startList(const std::string& name, KelPlainDataType type, KelPlainDataType lengthType)
+void SetDataWriter::startLists(const std::string& name, KelPlainDataType type, KelPlainDataType lengthType)
 {
     checkType(type, name);
     if (_hasList)
-        endList();
+        endLists();
     _lists[name] = makeList(name, lengthType);
     _listName = name;
     _hasList = true;
@@ -299,39 +314,35 @@ void SetDataWriter::startList(const std::string& name, KelPlainDataType type, Ke
     _spill.reset();
 }
 
-template <class T>
-void SetDataWriter::keep(const T* values, std::uint64_t count)
+void SetDataWriter::spill(const KelValues& values)
 {
     if (!_spill)
         _spill = std::make_unique<SpillFile>(folderOf(_file.channel().path()));
     const Source source = sourceOf(values, _listType);
     const std::uint64_t block = _file.buffer().size() / sizeOf(_listType);
-    for (std::uint64_t done = 0; done < count; done += block) {
-        const std::uint64_t n = std::min(block, count - done);
-        source.convert(values + done, _file.buffer().data(), n);
+    for (std::uint64_t done = 0; done < values.count; done += block) {
+        const std::uint64_t n = std::min(block, values.count - done);
+        source.convert(partOf(values, done, n).data, _file.buffer().data(), n);
         _spill->append(_file.buffer().data(), n * sizeOf(_listType));
     }
 }
 
-template <class T, class L>
-void SetDataWriter::addList(const T* values, std::uint64_t count, const L* lengths, std::uint64_t lengthCount)
+void SetDataWriter::addLists(const KelValues& values, const KelValues& lengths)
 {
     if (!_hasList)
         throw FormatError("values of a variable of set data that was not started");
-    checkLengths(lengths, lengthCount, _listName);
-    std::uint64_t sum = 0;
-    for (std::uint64_t i = 0; i < lengthCount; ++i)
-        sum += static_cast<std::uint64_t>(lengths[i]);
-    if (sum != count)
-        throw FormatError("'" + _listName + "' has " + std::to_string(count) + " values, " + std::to_string(sum) +
-                          " expected after their lengths");
-    _lists.at(_listName).lengths->write(_listRows, lengthCount, lengths, lengthCount);
-    _listRows += lengthCount;
-    keep(values, count);
-    _listValues += count;
+    checkLengths(lengths, _listName);
+    const std::uint64_t sum = sumOf(lengths);
+    if (sum != values.count)
+        throw FormatError("'" + _listName + "' has " + std::to_string(values.count) + " values, " +
+                          std::to_string(sum) + " expected after their lengths");
+    _lists.at(_listName).lengths->write(_listRows, lengths.count, lengths);
+    _listRows += lengths.count;
+    spill(values);
+    _listValues += values.count;
 }
 
-void SetDataWriter::endList()
+void SetDataWriter::endLists()
 {
     if (!_hasList)
         return;
@@ -351,32 +362,8 @@ void SetDataWriter::endList()
 
 void SetDataWriter::finish()
 {
-    endList();
+    endLists();
     MemberWriter::finish();
 }
-
-#define KEL_INSTANTIATE(T)                                                                                             \
-    template void MemberWriter::writeOther<T>(const std::string&, KelPlainDataType, const T*, std::uint64_t);          \
-    template void SetWriter::setValues<T>(std::uint64_t, std::uint64_t, const T*, std::uint64_t);                      \
-    template void SetWriter::setListValues<T>(std::uint64_t, std::uint64_t, const T*, std::uint64_t);                  \
-    template void SetDataWriter::addValues<T>(const T*, std::uint64_t);                                                \
-    template void SetDataWriter::addList<T, int>(const T*, std::uint64_t, const int*, std::uint64_t);                  \
-    template void SetDataWriter::addList<T, short>(const T*, std::uint64_t, const short*, std::uint64_t);              \
-    template void SetDataWriter::addList<T, unsigned64>(const T*, std::uint64_t, const unsigned64*, std::uint64_t);
-KEL_INSTANTIATE(unsigned char)
-KEL_INSTANTIATE(char)
-KEL_INSTANTIATE(short)
-KEL_INSTANTIATE(unsigned int)
-KEL_INSTANTIATE(int)
-KEL_INSTANTIATE(long)
-KEL_INSTANTIATE(unsigned64)
-KEL_INSTANTIATE(signed64)
-KEL_INSTANTIATE(float)
-KEL_INSTANTIATE(double)
-#undef KEL_INSTANTIATE
-
-template void SetWriter::setLengths<int>(std::uint64_t, std::uint64_t, const int*, std::uint64_t);
-template void SetWriter::setLengths<short>(std::uint64_t, std::uint64_t, const short*, std::uint64_t);
-template void SetWriter::setLengths<unsigned64>(std::uint64_t, std::uint64_t, const unsigned64*, std::uint64_t);
 
 } // namespace meridyn::hdf5

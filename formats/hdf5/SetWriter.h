@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KelTypes.h"
+#include "KelArrays.h"
 #include "RowArray.h"
 #include "SpillFile.h"
 
@@ -23,8 +23,9 @@ public:
     MemberWriter(Hdf5File& file, Handle group, int compression);
     virtual ~MemberWriter();
 
-    template <class T>
-    void writeOther(const std::string& name, KelPlainDataType type, const T* values, std::uint64_t count);
+    virtual void startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type) = 0;
+    virtual void startLists(const std::string& name, KelPlainDataType type, KelPlainDataType lengthType) = 0;
+    void writeOther(const std::string& name, const KelValues& values);
     void writeString(const std::string& name, const std::string& text);
 
     /// @throws FormatError when something is incomplete
@@ -40,6 +41,8 @@ protected:
 
     hid_t subgroup(const char* name);
     RowArray& ids();
+    std::unique_ptr<RowArray> makeValues(hid_t group, const std::string& name, KelPlainDataType type,
+                                         std::uint64_t rows, std::uint64_t columns);
     std::unique_ptr<RowArray> makeVariable(const std::string& name, KelPlainDataType type, std::uint64_t columns);
     List makeList(const std::string& name, KelPlainDataType lengthType);
     void openValues(List& list, const std::string& name, KelPlainDataType type);
@@ -62,22 +65,18 @@ public:
 
     void setBlocks(const std::vector<unsigned64>& sizes, const std::vector<unsigned64>& minIds,
                    const std::vector<unsigned64>& maxIds);
-    void setIds(std::uint64_t first, std::uint64_t last, const unsigned64* ids, std::uint64_t count);
-
+    void startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type) override;
     void startLengths(const std::string& name, KelPlainDataType type);
-    template <class T>
-    void setLengths(std::uint64_t first, std::uint64_t last, const T* lengths, std::uint64_t count);
+    void startLists(const std::string& name, KelPlainDataType type, KelPlainDataType) override;
+
+    /// Ids, or what was started: its values or lengths.
+    void keep(KelArray array, std::uint64_t first, std::uint64_t last, const KelValues& values);
     void setUniformLength(std::uint64_t first, std::uint64_t last, std::int64_t length);
 
-    void startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type);
-    template <class T>
-    void setValues(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count);
-
-    void startListValues(const std::string& name, KelPlainDataType type);
-    template <class T>
-    void setListValues(std::uint64_t first, std::uint64_t last, const T* values, std::uint64_t count);
-
 private:
+    void setValues(std::uint64_t first, std::uint64_t last, const KelValues& values);
+    void setLengths(std::uint64_t first, std::uint64_t last, const KelValues& lengths);
+    void setListValues(std::uint64_t first, std::uint64_t last, const KelValues& values);
     List& currentList();
     std::uint64_t offsetOf(List& list, std::uint64_t row);
 
@@ -91,20 +90,18 @@ class SetDataWriter final : public MemberWriter {
 public:
     SetDataWriter(Hdf5File& file, hid_t scope, const std::string& name, std::uint64_t members, int compression);
 
-    void addIds(const unsigned64* ids, std::uint64_t count);
-    void startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type);
-    template <class T>
-    void addValues(const T* values, std::uint64_t count);
-    void startList(const std::string& name, KelPlainDataType type, KelPlainDataType lengthType);
-    template <class T, class L>
-    void addList(const T* values, std::uint64_t count, const L* lengths, std::uint64_t lengthCount);
-    void endList();
+    void startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type) override;
+    void startLists(const std::string& name, KelPlainDataType type, KelPlainDataType lengthType) override;
+    void endLists();
+
+    void addIds(const KelValues& values);
+    void addValues(const KelValues& values);
+    void addLists(const KelValues& values, const KelValues& lengths);
 
     void finish() override;
 
 private:
-    template <class T>
-    void keep(const T* values, std::uint64_t count);
+    void spill(const KelValues& values);
 
     std::uint64_t _idCount = 0;
     RowArray* _variable = nullptr;

@@ -32,18 +32,18 @@ void TrackWriter::startChunk(int chunkId, std::uint64_t points)
     writeNumber(_chunk.get(), "kel_points", static_cast<std::int64_t>(points));
 }
 
-template <class T>
-void TrackWriter::writeValues(const std::string& variable, KelPlainDataType type, const T* values, std::uint64_t count)
+void TrackWriter::writeValues(const std::string& variable, const KelValues& values)
 {
+    const std::uint64_t count = values.count;
     if (!_chunk)
         throw FormatError("values of the particle tracks' variable '" + variable + "' outside a chunk");
     if (_points == 0 ? count != 0 : count % _points != 0)
         throw FormatError("the particle tracks' variable '" + variable + "' has " + std::to_string(count) +
                           " values, a multiple of " + std::to_string(_points) + " expected");
     const std::uint64_t columns = _points == 0 ? 1 : std::max<std::uint64_t>(1, count / _points);
-    const ArrayShape shape{storedTypeOfPlain(type), count / columns, columns};
+    const ArrayShape shape{storedTypeOfPlain(values.type), count / columns, columns};
     const auto array = ArrayWriter::create(_file, _chunk.get(), encodeName(variable), shape, _compression);
-    writeNumber(array->id(), "kel_type", type);
+    writeNumber(array->id(), "kel_type", values.type);
     array->write(0, count, sourceOf(values, shape.type));
     array->finish();
 }
@@ -53,19 +53,5 @@ void TrackWriter::endGroup()
     _chunk = Handle();
     _group = Handle();
 }
-
-#define KEL_INSTANTIATE(T)                                                                                             \
-    template void TrackWriter::writeValues<T>(const std::string&, KelPlainDataType, const T*, std::uint64_t);
-KEL_INSTANTIATE(unsigned char)
-KEL_INSTANTIATE(char)
-KEL_INSTANTIATE(short)
-KEL_INSTANTIATE(unsigned int)
-KEL_INSTANTIATE(int)
-KEL_INSTANTIATE(long)
-KEL_INSTANTIATE(unsigned64)
-KEL_INSTANTIATE(signed64)
-KEL_INSTANTIATE(float)
-KEL_INSTANTIATE(double)
-#undef KEL_INSTANTIATE
 
 } // namespace meridyn::hdf5

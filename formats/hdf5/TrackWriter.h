@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ArrayStore.h"
-#include "KelTypes.h"
 #include "MeshLayout.h"
 
 namespace meridyn::hdf5 {
@@ -15,8 +14,7 @@ public:
 
     void startGroup(const std::string& name);
     void startChunk(int chunkId, std::uint64_t points);
-    template <class T>
-    void writeValues(const std::string& variable, KelPlainDataType type, const T* values, std::uint64_t count);
+    void writeValues(const std::string& variable, const KelValues& values);
     void endChunk() { _chunk = Handle(); }
     void endGroup();
 

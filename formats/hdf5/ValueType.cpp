@@ -158,31 +158,34 @@ Stored storedTypeOfPlain(KelPlainDataType type)
     }
 }
 
-template <class T>
-Source sourceOf(const T* values, Stored type)
+Source sourceOf(const KelValues& values, Stored type)
 {
-    return {values, sizeof(T), converterTo<T>(type), storedAs<T>() == type};
+    Source source;
+    values.visit([&]<class T>(const T* typed) {
+        source = {typed, sizeof(T), converterTo<T>(type), storedAs<T>() == type};
+    });
+    return source;
 }
 
-template <class T>
-Target targetOf(T* values, Stored type)
+KelValues partOf(const KelValues& values, std::uint64_t first, std::uint64_t count)
 {
-    return {values, sizeof(T), converterFrom<T>(type), storedAs<T>() == type};
+    const std::size_t size = sizeOf(storedTypeOfPlain(values.type));
+    return {static_cast<const unsigned char*>(values.data) + first * size, count, values.type};
 }
 
-#define KEL_INSTANTIATE(T)                                                                                             \
-    template Source sourceOf<T>(const T*, Stored);                                                                     \
-    template Target targetOf<T>(T*, Stored);
-KEL_INSTANTIATE(unsigned char)
-KEL_INSTANTIATE(char)
-KEL_INSTANTIATE(short)
-KEL_INSTANTIATE(unsigned int)
-KEL_INSTANTIATE(int)
-KEL_INSTANTIATE(long)
-KEL_INSTANTIATE(unsigned64)
-KEL_INSTANTIATE(signed64)
-KEL_INSTANTIATE(float)
-KEL_INSTANTIATE(double)
-#undef KEL_INSTANTIATE
+Target targetOf(const KelBuffer& values, Stored type)
+{
+    Target target{values.data, 0, [](const void*, void*, std::size_t) {}, false}; // for none of the ten types
+    values.visit([&]<class T>(T* typed) {
+        target = {typed, sizeof(T), converterFrom<T>(type), storedAs<T>() == type};
+    });
+    return target;
+}
+
+KelBuffer restOf(const KelBuffer& values, std::uint64_t count)
+{
+    const std::size_t size = sizeOf(storedTypeOfPlain(values.type));
+    return {static_cast<unsigned char*>(values.data) + count * size, values.capacity - count, values.type};
+}
 
 } // namespace meridyn::hdf5

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Hdf5Handle.h"
-#include "KelTypes.h"
+#include "KelValues.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -64,10 +64,27 @@ struct Target {
     bool isSame = false;
 };
 
-/// For the ten value types.
+/// Values that become a stored type.
+Source sourceOf(const KelValues& values, Stored type);
 template <class T>
-Source sourceOf(const T* values, Stored type);
+Source sourceOf(const T* values, Stored type)
+{
+    static_assert(plainTypeOf<T>() != -1, "one of the ten value types");
+    return sourceOf(KelValues(values, 0), type);
+}
+
+/// `count` values from the one at `first` on.
+KelValues partOf(const KelValues& values, std::uint64_t first, std::uint64_t count);
+
+/// Room that is filled with values of a stored type.
+Target targetOf(const KelBuffer& values, Stored type);
 template <class T>
-Target targetOf(T* values, Stored type);
+Target targetOf(T* values, Stored type)
+{
+    return targetOf(KelBuffer(values, 0), type);
+}
+
+/// The room behind the first `count` values.
+KelBuffer restOf(const KelBuffer& values, std::uint64_t count);
 
 } // namespace meridyn::hdf5

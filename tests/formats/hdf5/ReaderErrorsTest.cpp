@@ -119,6 +119,7 @@ const Damaged damages[] = {
     {"MemberZero", "d.case.kel", [](FileEdit&) {}, asksMesh([](Reader& r, unsigned64* ids) { EXPECT_TRUE(r.startReadingSet("probe/1")); return r.getIdsForSetInRange(0, 1, ids, 64); }), "M/sets/probe%2F1/ids has 2 members, positions 0 to 1 asked for"},
     {"FieldWithoutRanges", "d.data.kel", [](FileEdit& f) { f.array(phase + "/cells/pressure", H5T_NATIVE_INT, {3}, few); }, asksData([](Reader& r) { std::vector<int> zones; return r.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, "pressure", zones) == 0; }), "M/levels/20/phases/gas/cells/pressure has 3 rows, 0 expected after its ranges"},
     {"ListWithoutType", "d.data.kel", [](FileEdit& f) { f.removeAttribute(phase + "/set_data/injection/lists/path/values", "kel_type"); }, asksData([](Reader& r) { unsigned64 members = 0; EXPECT_TRUE(r.startReadingSetData("injection", members)); return r.getDataTypeOfDataForSetData("path") == -1; }), "M/levels/20/phases/gas/set_data/injection/lists/path/values@kel_type is missing or not from 0 to 9"},
+    {"ListOfATebibyte", "d.data.kel", [](FileEdit& f) { const hid_t creation = H5Pcreate(H5P_DATASET_CREATE); const hsize_t chunk = 1024; H5Pset_chunk(creation, 1, &chunk); f.array(phase + "/set_data/injection/lists/path/values", H5T_NATIVE_UCHAR, {1ULL << 40}, nullptr, creation); H5Pclose(creation); }, asksData([](Reader& r) { unsigned64 members = 0; std::vector<int> values; EXPECT_TRUE(r.startReadingSetData("injection", members)); return !r.getDataOfVariableLengthVarForSetData("path", values); }), "M/levels/20/phases/gas/set_data/injection/lists/path/values has 1099511627776 bytes, which are not in a file of "},
     {"TrackOfNoType", "d.data.kel", [](FileEdit& f) { f.numbers(phase + "/tracks/mesh_4_target_0_partition_-1/group/0/position", "kel_type", {10}); }, asksData([](Reader& r) { const short gas = r.getPhasesWithParticleTracks(4, KEL_DEFAULT_TARGET, -1).at(0); r.startReadingParticleTracks(gas, 4, KEL_DEFAULT_TARGET, -1); r.startReadingParticleTrackGroup("group"); r.startReadingChunkInParticleTrackGroup(0); return r.getDataTypeOfParticleTrackVariable("position") == -1; }), "M/levels/20/phases/gas/tracks/mesh_4_target_0_partition_-1/group/0/position@kel_type is missing or not from 0 to 9"},
 };
 // clang-format on
@@ -148,3 +149,26 @@ TEST_P(Inconsistent, PartsAreRefusedAndNamed)
 
 INSTANTIATE_TEST_SUITE_P(Files, Inconsistent, ::testing::ValuesIn(damages),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST(ReaderErrors, ValuesThatLackTheirTypeAreReadAllTheSame)
+{
+    const Folder folder;
+    const std::string path = folder / "d.data.kel";
+    const std::string chunk = phase + "/tracks/mesh_4_target_0_partition_-1/group/0";
+    std::string errors;
+    ASSERT_TRUE(writeSample(folder / "d.case.kel", path, errors)) << errors;
+    FileEdit(path).removeAttribute(chunk + "/position", "kel_type");
+    Reader reader;
+    ASSERT_TRUE(reader.startReading(path, KEL_DATA)) << reader.errors();
+    reader.startReadingTimeLevel(20);
+    const short gas = reader.getPhasesWithParticleTracks(4, KEL_DEFAULT_TARGET, -1).at(0);
+    reader.startReadingParticleTracks(gas, 4, KEL_DEFAULT_TARGET, -1);
+    reader.startReadingParticleTrackGroup("group");
+    reader.startReadingChunkInParticleTrackGroup(0);
+    double values[4] = {};
+    EXPECT_EQ(reader.getValuesOfParticleTrackVariable("position", values, 4), 4u);
+    EXPECT_EQ(values[3], 3.0);
+    EXPECT_EQ(reader.errors(), "");
+    EXPECT_EQ(reader.getValueCountOfParticleTrackVariable("position"), 4u);
+    EXPECT_EQ(reader.getDataTypeOfParticleTrackVariable("position"), -1);
+}

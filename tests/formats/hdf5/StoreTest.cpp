@@ -8,6 +8,7 @@
 #include "Hdf5TestSupport.h"
 #include "RunArray.h"
 
+#include <gmock/gmock.h>
 #include <numeric>
 #include <random>
 
@@ -125,6 +126,19 @@ TEST_P(Arrays, AnyRangesInAnyOrderComeBack)
 
 INSTANTIATE_TEST_SUITE_P(Plain, Arrays, ::testing::Values(0));
 INSTANTIATE_TEST_SUITE_P(Compressed, Arrays, ::testing::Values(1, 9));
+
+TEST(Arrays, NothingIsStoredAsNoneOfTheTenTypes)
+{
+    const Folder folder;
+    const auto file = Hdf5File::create(folder / "a.h5");
+    writeArray(*file, file->id(), "a", std::vector<int>{1, 2, 3});
+    file->commit();
+    const auto reading = Hdf5File::openForReading(folder / "a.h5");
+    int back[] = {7, 8, 9};
+    const auto tooLarge = static_cast<KelPlainDataType>(10);
+    ArrayReader::open(*reading, reading->id(), "a")->read(0, 3, KelBuffer(static_cast<void*>(back), 3, tooLarge));
+    EXPECT_THAT(back, ::testing::ElementsAre(7, 8, 9));
+}
 
 TEST(Arrays, ConversionKeepsToTheLimits)
 {

@@ -31,7 +31,7 @@ std::vector<int> toInts(const std::optional<std::vector<std::int64_t>>& numbers)
 
 unsigned64 KelHdf5Provider::give(KelArray array, unsigned64 firstId, unsigned64 lastId, const KelBuffer& values) const
 {
-    return _data->ask(_data->classOf(array), meshArrayOf(array).name, unsigned64{0},
+    return _data->ask(_data->classOf(array), nameOf(array), unsigned64{0},
                       [&](Data::Session&) { return _data->read(array, firstId, lastId, values); });
 }
 
@@ -62,7 +62,7 @@ unsigned64 KelHdf5Provider::Data::read(KelArray array, unsigned64 first, unsigne
 std::optional<signed64> KelHdf5Provider::uniformValue(KelArray array, unsigned64 firstId, unsigned64 lastId) const
 {
     return _data->askMesh(
-        meshArrayOf(array).name, std::optional<signed64>(),
+        nameOf(array), std::optional<signed64>(),
         [&](const MeshReader& mesh) -> std::optional<signed64> { return mesh.uniformValue(array, firstId, lastId); });
 }
 

@@ -15,18 +15,17 @@ struct MeshArray {
         Lists        ///< `lists` says which; of their counts too, see isOfCounts
     };
 
-    const char* name; ///< for messages, "face nodes"
     Kind kind = Kind::None;
     Ids ids{};
     Ints ints{};
     Lists lists{};
 
-    constexpr MeshArray(const char* text, Kind ofKind = Kind::None) : name(text), kind(ofKind) {}
-    constexpr MeshArray(const char* text, Ids which) : name(text), kind(Kind::Ids), ids(which) {}
-    constexpr MeshArray(const char* text, Ints which) : name(text), kind(Kind::Ints), ints(which) {}
-    constexpr MeshArray(const char* text, Lists which) : name(text), kind(Kind::Lists), lists(which) {}
+    constexpr MeshArray(Kind which) : kind(which) {}
+    constexpr MeshArray(Ids which) : kind(Kind::Ids), ids(which) {}
+    constexpr MeshArray(Ints which) : kind(Kind::Ints), ints(which) {}
+    constexpr MeshArray(Lists which) : kind(Kind::Lists), lists(which) {}
 };
 
-const MeshArray& meshArrayOf(KelArray array);
+MeshArray meshArrayOf(KelArray array);
 
 } // namespace meridyn::hdf5

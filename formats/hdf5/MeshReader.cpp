@@ -159,7 +159,7 @@ std::uint64_t MeshReader::listIds(Lists which, const Rows& rows, const KelBuffer
 
 std::uint64_t MeshReader::read(KelArray array, std::uint64_t first, std::uint64_t last, const KelBuffer& values) const
 {
-    const MeshArray& which = meshArrayOf(array);
+    const MeshArray which = meshArrayOf(array);
     const Rows rows = rowsOf(categoryOf(which), first, last);
     if (which.kind == MeshArray::Kind::Coordinates)
         return coordinates(rows, values);
@@ -177,7 +177,7 @@ std::uint64_t MeshReader::read(KelArray array, std::uint64_t first, std::uint64_
 
 std::optional<int> MeshReader::uniformValue(KelArray array, std::uint64_t first, std::uint64_t last) const
 {
-    const MeshArray& which = meshArrayOf(array);
+    const MeshArray which = meshArrayOf(array);
     const Rows rows = rowsOf(categoryOf(which), first, last);
     const RunArrayReader* const known = runsOf(which);
     return known == nullptr ? std::nullopt : known->uniformValue(rows.first, rows.count);

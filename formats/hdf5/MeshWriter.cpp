@@ -160,7 +160,7 @@ void MeshWriter::checkIds(const ArrayInfo& info, const char* suffix, const std::
 void MeshWriter::keep(KelArray array, std::uint64_t first, std::uint64_t last, const KelValues& values,
                       Stored coordinateType)
 {
-    const MeshArray& which = meshArrayOf(array);
+    const MeshArray which = meshArrayOf(array);
     switch (which.kind) {
     case MeshArray::Kind::Coordinates:
         return keepCoordinates(first, last, values, coordinateType);
@@ -178,7 +178,7 @@ void MeshWriter::keep(KelArray array, std::uint64_t first, std::uint64_t last, c
 
 void MeshWriter::keepUniform(KelArray array, std::uint64_t first, std::uint64_t last, int value)
 {
-    const MeshArray& which = meshArrayOf(array);
+    const MeshArray which = meshArrayOf(array);
     assert(which.kind == MeshArray::Kind::Ints || isOfCounts(array));
     const ElementMap& map = checkedElements(infoOf(which), first, last);
     map.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t rows, std::uint64_t) {
@@ -313,7 +313,7 @@ const Coverage& MeshWriter::coverageOf(const MeshArray& array) const
 void MeshWriter::checkAnnouncements()
 {
     for (const auto& [array, zoneIds] : _announcements) {
-        const MeshArray& which = meshArrayOf(array);
+        const MeshArray which = meshArrayOf(array);
         const ArrayInfo& info = infoOf(which);
         const Coverage& coverage = coverageOf(which);
         for (const ZoneRange& zone : _mesh.zones(info.category)) {

@@ -22,6 +22,22 @@ void checkRange(const std::string& label, const ArrayShape& shape, std::uint64_t
                           " expected");
 }
 
+/// Converts `count` values of `size` bytes in blocks that fit into the buffer.
+///
+/// @param read  puts `n` values, from the one at `done` on, into the buffer
+template <class Read>
+void readBlocks(std::vector<unsigned char>& buffer, std::size_t size, std::uint64_t count, const Target& target,
+                const Read& read)
+{
+    auto* values = static_cast<unsigned char*>(target.values);
+    const std::uint64_t block = buffer.size() / size;
+    for (std::uint64_t done = 0; done < count; done += block) {
+        const std::uint64_t n = std::min(block, count - done);
+        read(done, n, buffer.data());
+        target.convert(buffer.data(), values + done * target.size, n);
+    }
+}
+
 class ContiguousWriter final : public ArrayWriter {
 public:
     ContiguousWriter(Hdf5File& file, Handle dataSet, const std::string& label, const ArrayShape& shape)
@@ -53,14 +69,9 @@ private:
     void readValues(std::uint64_t first, std::uint64_t count, const Target& target) override
     {
         const std::size_t size = sizeOf(_shape.type);
-        auto* values = static_cast<unsigned char*>(target.values);
-        std::vector<unsigned char>& buffer = _file.buffer();
-        const std::uint64_t block = buffer.size() / size;
-        for (std::uint64_t done = 0; done < count; done += block) {
-            const std::uint64_t n = std::min(block, count - done);
-            _file.channel().readPadded(_offset + (first + done) * size, buffer.data(), n * size);
-            target.convert(buffer.data(), values + done * target.size, n);
-        }
+        readBlocks(_file.buffer(), size, count, target, [&](std::uint64_t done, std::uint64_t n, unsigned char* to) {
+            _file.channel().readPadded(_offset + (first + done) * size, to, n * size);
+        });
     }
 
     std::uint64_t _offset = 0;
@@ -89,14 +100,9 @@ private:
             _file.channel().read(_offset + first * size, target.values, count * size);
             return;
         }
-        auto* values = static_cast<unsigned char*>(target.values);
-        std::vector<unsigned char>& buffer = _file.buffer();
-        const std::uint64_t block = buffer.size() / size;
-        for (std::uint64_t done = 0; done < count; done += block) {
-            const std::uint64_t n = std::min(block, count - done);
-            _file.channel().read(_offset + (first + done) * size, buffer.data(), n * size);
-            target.convert(buffer.data(), values + done * target.size, n);
-        }
+        readBlocks(_file.buffer(), size, count, target, [&](std::uint64_t done, std::uint64_t n, unsigned char* to) {
+            _file.channel().read(_offset + (first + done) * size, to, n * size);
+        });
     }
 
     std::uint64_t _offset = 0;

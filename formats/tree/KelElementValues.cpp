@@ -98,6 +98,21 @@ KelElementValues::Id KelElementValues::get(Id first, Id last, const KelBuffer& o
     return stored;
 }
 
+std::vector<KelElementValues::Piece> KelElementValues::pieces() const
+{
+    std::vector<Piece> pieces;
+    for (const auto& [first, run] : _runs) {
+        const bool isUniform = run.stride == 0;
+        const Id count = run.width * (isUniform ? 1 : run.last - first + 1);
+        const auto view = [begin = run.begin, count](const auto& list) {
+            return KelValues(list.data() + begin, count);
+        };
+        if (count > 0)
+            pieces.push_back({first, run.last, run.width, isUniform, std::visit(view, *run.values)});
+    }
+    return pieces;
+}
+
 std::optional<signed64> KelElementValues::at(Id id) const
 {
     signed64 value = 0;

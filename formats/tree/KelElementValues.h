@@ -39,6 +39,19 @@ public:
     bool append(KelAnyValues values);                                                       ///< One each, at the end.
     /// @}
 
+    /// @name As they lie there, to be saved and loaded
+    /// @{
+    /// Values of the ids `first` to `last`, `width` each; or one set of `width` values for all of them.
+    struct Piece {
+        Id first;         ///< the first id
+        Id last;          ///< the last one
+        Id width;         ///< values of each
+        bool isUniform;   ///< whether all ids have the same
+        KelValues values; ///< those of this object
+    };
+    std::vector<Piece> pieces() const; ///< By id; ids without values are in none.
+    /// @}
+
     /// Gives the values of a range, converted, as far as whole elements fit: the number of values stored. 0 when an id
     /// has none, unless its count is 0.
     Id get(Id first, Id last, const KelBuffer& out, const KelElementValues& counts = {}) const;

@@ -162,5 +162,34 @@ TEST(ElementValues, ValuesAreConvertedWithinTheirRange)
     EXPECT_TRUE(std::isnan(convertedValue<float>(std::nan(""))));
 }
 
+TEST(ElementValues, PiecesMakeTheSameAgain)
+{
+    KelElementValues counts, array, again;
+    const short three = 3;
+    counts.put(1, 4, Ints{2, 0, 1, 3});
+    array.putRagged(1, 4, std::vector<double>{1, 2, 3, 4, 5, 6}, counts);
+    array.putUniform(10, largest, copyOf({&three, 1}));
+    array.put(11, 12, Ints{7, 8});
+    for (const KelElementValues::Piece& piece : array.pieces()) {
+        if (piece.isUniform)
+            again.putUniform(piece.first, piece.last, copyOf(piece.values));
+        else
+            again.put(piece.first, piece.last, copyOf(piece.values), piece.width);
+    }
+    const std::vector<KelElementValues::Piece> pieces = array.pieces();
+    ASSERT_EQ(pieces.size(), 6U) << "1, 3, 4, 10, 11 to 12, and those behind; 2 has no values";
+    EXPECT_EQ(pieces[0].values.type, KEL_PLAIN_DOUBLE);
+    EXPECT_EQ(pieces[2].width, 3U);
+    EXPECT_EQ(pieces[2].values.count, 3U);
+    EXPECT_EQ(pieces[4].width, 1U);
+    EXPECT_EQ(pieces[4].values.count, 2U);
+    EXPECT_TRUE(pieces[5].isUniform);
+    EXPECT_EQ(pieces[5].first, 13U);
+    EXPECT_EQ(pieces[5].last, largest);
+    EXPECT_EQ(pieces[5].values.count, 1U);
+    for (const unsigned64 id : {1ULL, 3ULL, 4ULL, 10ULL, 11ULL, 12ULL, 13ULL, 1ULL << 40})
+        EXPECT_EQ(valuesOf(again, id, id), valuesOf(array, id, id)) << id;
+}
+
 } // namespace
 } // namespace meridyn

@@ -99,7 +99,7 @@ std::size_t ourScalars(const std::string& path)
     ByteSource source(path);
     FoamReader reader(source);
     reader.readHeader();
-    return reader.scalars("points", 3, FoamReader::anyCount).size();
+    return reader.scalars("points", 3, true, FoamReader::anyCount).size();
 }
 
 std::size_t ourLabels(const std::string& path)

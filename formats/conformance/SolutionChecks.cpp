@@ -198,7 +198,7 @@ void specialValues(Case& test)
 {
     using Limits = std::numeric_limits<double>;
     const Mesh mesh = smallMesh();
-    const Zone zone = mesh.zone(10);
+    const Zone& zone = mesh.zone(10);
     std::vector<double> values(zone.count(), 0.1);
     const std::vector<double> special = {-0.0,          Limits::infinity(), -Limits::infinity(),  Limits::quiet_NaN(),
                                          Limits::max(), Limits::min(),      Limits::denorm_min(), Limits::lowest(),
@@ -268,6 +268,7 @@ void phasesWithoutVariables(Case& test)
         std::vector<short> ids;
         std::vector<std::string> names;
         reader.getPhaseIds(ids);
+        names.reserve(ids.size());
         for (const short id : ids)
             names.push_back(static_cast<const KelBase&>(reader).getPhaseName(id));
         test.same("phases", {"b", "a", "c"}, names);

@@ -60,8 +60,9 @@ namespace {
 Pairs hostilePairs(const std::string& group)
 {
     Pairs pairs;
+    const auto textOf = [&group](const std::string& name) { return "text of " + name + " in " + group; };
     for (const std::string& name : hostileNames())
-        pairs.emplace_back(name, "text of " + name + " in " + group);
+        pairs.emplace_back(name, textOf(name));
     pairs.emplace_back("empty", "");
     return pairs;
 }

@@ -152,8 +152,10 @@ std::array<double, 3> BoxMesh::coordinates(unsigned64 nodeId) const
         else if (index >= alongX)
             index -= alongX;
         const unsigned64 width = midX ? nx : nx + 1;
-        at = {static_cast<double>(index % width) + (midX ? 0.5 : 0.0),
-              static_cast<double>(index / width) + (midY ? 0.5 : 0.0), static_cast<double>(_plane)};
+        const unsigned64 column = index % width;
+        const unsigned64 row = index / width;
+        at = {static_cast<double>(column) + (midX ? 0.5 : 0.0), static_cast<double>(row) + (midY ? 0.5 : 0.0),
+              static_cast<double>(_plane)};
     }
     for (std::size_t d = 0; d < 3; ++d)
         at[d] = at[d] / static_cast<double>(_box.blocks[d]) * _box.size[d];

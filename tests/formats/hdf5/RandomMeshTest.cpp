@@ -114,6 +114,7 @@ void declare(Writer& writer, Mesh& mesh)
         std::vector<Zone> zones = mesh.categories[category].zones;
         std::shuffle(zones.begin(), zones.end(), mesh.random());
         std::vector<int> ids;
+        ids.reserve(zones.size());
         for (const Zone& zone : zones)
             ids.push_back(zone.id);
         writer.setZoneIds(static_cast<KelZoneCategory>(category), ids);

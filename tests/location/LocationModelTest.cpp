@@ -348,7 +348,7 @@ TEST_F(LocationModel, StateGoesRound)
 {
     ASSERT_TRUE(model.createFaceUse(body, face, 1, id));
     ASSERT_TRUE(model.setFaceUseZoneSides(-face, 4, {3, -3, leastInt}));
-    ASSERT_TRUE(model.setFaceName(face, std::string("a,\"<&>\r\n\0 \xFF", 12)));
+    ASSERT_TRUE(model.setFaceName(face, std::string("a,\"<&>\r\n\0 \xFF", 11)));
     ASSERT_TRUE(model.createComposite(first, "all", id));
     ASSERT_TRUE(model.setCompositeComponents(id, {body}, {otherFace}, {-face}, {}));
     ASSERT_TRUE(model.deleteBody(otherBody));
@@ -360,7 +360,7 @@ TEST_F(LocationModel, StateGoesRound)
     EXPECT_EQ(other.state(), state);
     std::string name;
     EXPECT_TRUE(other.getFaceName(face, name));
-    EXPECT_EQ(name, std::string("a,\"<&>\r\n\0 \xFF", 12));
+    EXPECT_EQ(name, std::string("a,\"<&>\r\n\0 \xFF", 11));
     Ints sides;
     EXPECT_TRUE(other.getFaceUseZoneSides(-face, 4, sides));
     EXPECT_EQ(sides, (Ints{3, -3, leastInt}));

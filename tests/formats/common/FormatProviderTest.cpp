@@ -59,7 +59,10 @@ protected:
     {
         unsigned64 stored = 0;
         for (const KelBuffer& buffer : values)
-            stored += buffer.visit([&](auto* to) { *to = std::remove_pointer_t<decltype(to)>(zoneId + 1); }) ? 1 : 0;
+            stored +=
+                buffer.visit([&](auto* to) { *to = convertedValue<std::remove_pointer_t<decltype(to)>>(zoneId + 1); })
+                    ? 1
+                    : 0;
         return stored;
     }
     Names namesIn(KelCollection in, KelPart part) const override
@@ -80,7 +83,7 @@ protected:
         const KelBuffer buffer = room(3);
         buffer.visit([&](auto* to) {
             for (unsigned64 n = 0; n < std::min<unsigned64>(3, buffer.capacity); ++n)
-                to[n] = static_cast<std::remove_pointer_t<decltype(to)>>(10 * int(part) + int(in) + int(n));
+                to[n] = convertedValue<std::remove_pointer_t<decltype(to)>>(10 * int(part) + int(in) + int(n));
         });
         return !isDamaged;
     }

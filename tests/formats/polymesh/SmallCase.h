@@ -3,6 +3,7 @@
 #include "solution/TemporaryFolder.h"
 
 #include <cstring>
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 #include <zlib.h>

@@ -17,6 +17,7 @@ std::vector<std::string> phaseNames(const KelProvider& model)
     std::vector<short> ids;
     model.getPhaseIds(ids);
     std::vector<std::string> names;
+    names.reserve(ids.size());
     for (const short id : ids)
         names.push_back(model.getPhaseName(id));
     return names;

@@ -54,6 +54,7 @@ std::vector<TransferRun::ZoneRange> TransferRun::zonesWithElements(KelZoneCatego
 std::vector<int> TransferRun::idsOf(const std::vector<ZoneRange>& zones)
 {
     std::vector<int> ids;
+    ids.reserve(zones.size());
     for (const ZoneRange& zone : zones)
         ids.push_back(zone.id);
     return ids;

@@ -178,8 +178,8 @@ TEST(Transfer, WithoutTimeLevelsTheLastOneArrives)
 {
     KelGeneratedProvider box;
     setBoth(box, "box:2x2x2 fields:1 levels:3");
-    const KelFormatFamilies others = allFormatFamilies & ~formatFamily(KEL_FAMILY_TIME_LEVELS);
-    copied(box, "memory:copy", [others](KelTransfer& t) { t.setTargetFamilies(others); });
+    constexpr KelFormatFamilies others = allFormatFamilies & ~formatFamily(KEL_FAMILY_TIME_LEVELS);
+    copied(box, "memory:copy", [](KelTransfer& t) { t.setTargetFamilies(others); });
     KelMemoryProvider copy;
     setBoth(copy, "memory:copy");
     ASSERT_TRUE(copy.startReading(KEL_DATA));

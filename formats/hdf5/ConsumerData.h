@@ -1,16 +1,16 @@
 #pragma once
 
-#include "DataWriter.h"
-#include "FormatError.h"
-#include "Hdf5File.h"
+#include "formats/hdf5/model/DataWriter.h"
+#include "formats/hdf5/file/FormatError.h"
+#include "formats/hdf5/file/Hdf5File.h"
 #include "KelHdf5Consumer.h"
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
-#include "MeshWriter.h"
-#include "SetWriter.h"
-#include "TrackWriter.h"
-#include "ZoneStore.h"
+#include "formats/hdf5/model/MeshWriter.h"
+#include "formats/hdf5/model/SetWriter.h"
+#include "formats/hdf5/model/TrackWriter.h"
+#include "formats/hdf5/model/ZoneStore.h"
 
 #include <exception>
 

@@ -1,9 +1,9 @@
 #include "KelHdf5Consumer.h"
 
-#include "Attributes.h"
+#include "formats/hdf5/file/Attributes.h"
 #include "ConsumerData.h"
-#include "FileIdentity.h"
-#include "ZoneStore.h"
+#include "formats/hdf5/model/FileIdentity.h"
+#include "formats/hdf5/model/ZoneStore.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "Attributes.h"
+#include "formats/hdf5/file/Attributes.h"
 #include "ConsumerData.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "ConsumerData.h"
 
-#include "Attributes.h"
+#include "formats/hdf5/file/Attributes.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "KelHdf5Provider.h"
 
-#include "Attributes.h"
+#include "formats/hdf5/file/Attributes.h"
 #include "KelLocationModel.h"
 #include "ProviderData.h"
-#include "ZoneStore.h"
+#include "formats/hdf5/model/ZoneStore.h"
 
 #include <algorithm>
 #include <charconv>

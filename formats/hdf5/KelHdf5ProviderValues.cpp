@@ -1,5 +1,5 @@
-#include "Attributes.h"
-#include "DataWriter.h"
+#include "formats/hdf5/file/Attributes.h"
+#include "formats/hdf5/model/DataWriter.h"
 #include "ProviderData.h"
 
 #include <algorithm>

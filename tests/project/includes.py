@@ -6,7 +6,7 @@ includes.py SOURCE_DIR ALL_HEADERS HEADER_DIR...
 ALL_HEADERS is a source that includes all public headers.
 
  - Public headers include one another and the standard library, nothing else.
- - Arrows run one way: platform <- interface library <- transfer, formats <- tools, examples.
+ - Arrows run one way: platform <- interface library <- formats <- exchange <- conformance <- tools, examples.
  - No file includes itself over others.
  - Only src/core sees the private data holder, DataInterface.h.
 """
@@ -20,10 +20,11 @@ BELOW = {
     "platform/strata": (),
     "include": ("platform/arbor",),
     "src": ("include", "platform/arbor", "platform/strata"),
-    "transfer": ("include", "formats"),
-    "formats": ("include", "platform/arbor", "transfer"),
-    "tools": ("include", "platform/arbor", "formats", "transfer"),
-    "examples": ("include", "formats", "transfer"),
+    "formats": ("include", "platform/arbor"),
+    "exchange": ("include", "formats"),
+    "conformance": ("include", "formats", "exchange"),
+    "tools": ("include", "platform/arbor", "formats", "exchange", "conformance"),
+    "examples": ("include", "formats", "exchange"),
 }
 
 

@@ -1,5 +1,5 @@
 // Chunks of compressed arrays that are not what our writer leaves.
-#include "ChunkCodec.h"
+#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "FileEdit.h"
 #include "Hdf5TestSupport.h"
 

@@ -1,6 +1,6 @@
 // Whole files made to mislead a reader: out of the file, into a circle, or into more memory than the file is worth.
-#include "FormatError.h"
-#include "Hdf5File.h"
+#include "formats/hdf5/file/FormatError.h"
+#include "formats/hdf5/file/Hdf5File.h"
 #include "Hdf5TestSupport.h"
 #include "ReadEverything.h"
 #include "Sample.h"

@@ -1,5 +1,5 @@
 // Arrays as other programs lay them out when they copy a file: they read as before.
-#include "ChunkCodec.h"
+#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "FileEdit.h"
 #include "Sample.h"
 

@@ -1,12 +1,12 @@
 // The parts of the files by themselves: arrays in ranges, compressed or not, and the tables of rows.
-#include "ArrayStore.h"
-#include "ChunkCodec.h"
-#include "Coverage.h"
-#include "ElementMap.h"
-#include "FormatError.h"
-#include "Hdf5File.h"
+#include "formats/hdf5/arrays/ArrayStore.h"
+#include "formats/hdf5/arrays/ChunkCodec.h"
+#include "formats/hdf5/arrays/Coverage.h"
+#include "formats/hdf5/arrays/ElementMap.h"
+#include "formats/hdf5/file/FormatError.h"
+#include "formats/hdf5/file/Hdf5File.h"
 #include "Hdf5TestSupport.h"
-#include "RunArray.h"
+#include "formats/hdf5/arrays/RunArray.h"
 
 #include <gmock/gmock.h>
 #include <numeric>

@@ -24,7 +24,7 @@ BELOW = {
     "exchange": ("include", "formats"),
     "conformance": ("include", "formats", "exchange"),
     "tools": ("include", "platform/arbor", "formats", "exchange", "conformance"),
-    "examples": ("include", "formats", "exchange"),
+    "examples": ("include", "formats", "exchange", "conformance"),
 }
 
 

@@ -6,7 +6,7 @@ includes.py SOURCE_DIR ALL_HEADERS HEADER_DIR...
 ALL_HEADERS is a source that includes all public headers.
 
  - Public headers include one another and the standard library, nothing else.
- - Arrows run one way: platform <- interface library <- formats <- exchange <- conformance <- tools, examples.
+ - Arrows run one way: platform <- interface library <- formats <- mesh, exchange <- conformance <- tools, examples.
  - No file includes itself over others.
  - Only src/core sees the private data holder, DataInterface.h.
 """
@@ -21,10 +21,11 @@ BELOW = {
     "include": ("platform/arbor",),
     "src": ("include", "platform/arbor", "platform/strata"),
     "formats": ("include", "platform/arbor"),
+    "mesh": ("include", "formats"),
     "exchange": ("include", "formats"),
     "conformance": ("include", "formats", "exchange"),
-    "tools": ("include", "platform/arbor", "formats", "exchange", "conformance"),
-    "examples": ("include", "formats", "exchange", "conformance"),
+    "tools": ("include", "platform/arbor", "formats", "mesh", "exchange", "conformance"),
+    "examples": ("include", "formats", "mesh", "exchange", "conformance"),
 }
 
 

@@ -1,6 +1,6 @@
 #include "Command.h"
 #include "JsonWriter.h"
-#include "MeshCheck.h"
+#include "KelMeshCheck.h"
 #include "Model.h"
 #include "Numbers.h"
 #include "Progress.h"
@@ -14,26 +14,27 @@ namespace {
 struct Options {
     std::string file;
     std::string format;
-    double tolerance = MeshCheckOptions().closureTolerance;
+    double tolerance = KelMeshCheckOptions().closureTolerance;
     unsigned named = 5;
     bool json = false;
 };
 
-const std::vector<MeshRule>& rules()
+const std::vector<KelMeshRule>& rules()
 {
-    static const std::vector<MeshRule> all = {
-        MeshRule::Zones,     MeshRule::Coordinates, MeshRule::Ids,    MeshRule::FaceNodes, MeshRule::FaceCells,
-        MeshRule::UsedNodes, MeshRule::CellFaces,   MeshRule::Closed, MeshRule::Volumes,   MeshRule::Orientation};
+    static const std::vector<KelMeshRule> all = {
+        KelMeshRule::Zones,     KelMeshRule::Coordinates, KelMeshRule::Ids,       KelMeshRule::FaceNodes,
+        KelMeshRule::FaceCells, KelMeshRule::UsedNodes,   KelMeshRule::CellFaces, KelMeshRule::Closed,
+        KelMeshRule::Volumes,   KelMeshRule::Orientation};
     return all;
 }
 
-std::string pointText(const Vector3& point, int dimension)
+std::string pointText(const std::array<double, 3>& point, int dimension)
 {
-    const std::string plane = shortNumber(point.x) + ", " + shortNumber(point.y);
-    return "(" + plane + (dimension == 3 ? ", " + shortNumber(point.z) : "") + ")";
+    const std::string plane = shortNumber(point[0]) + ", " + shortNumber(point[1]);
+    return "(" + plane + (dimension == 3 ? ", " + shortNumber(point[2]) : "") + ")";
 }
 
-void printFigures(Terminal& terminal, const MeshReport& report, const std::string& unit)
+void printFigures(Terminal& terminal, const KelMeshReport& report, const std::string& unit)
 {
     const std::string suffix = unit.empty() ? "" : " " + printable(unit);
     terminal.print("  {}, {}, {}\n", counted(report.sizes[KEL_NODE_ZONE], "node", "nodes"),
@@ -54,14 +55,14 @@ void printFigures(Terminal& terminal, const MeshReport& report, const std::strin
     }
 }
 
-void printReport(Terminal& terminal, const Model& model, const MeshReport& report, const std::string& unit)
+void printReport(Terminal& terminal, const Model& model, const KelMeshReport& report, const std::string& unit)
 {
     terminal.print("{}\n", printable(model.path()));
     printFigures(terminal, report, unit);
     terminal.write("\n");
-    for (const MeshRule rule : rules()) {
-        const MeshReport::Outcome& outcome = report.outcome(rule);
-        if (!report.hasFaces && rule > MeshRule::Coordinates) {
+    for (const KelMeshRule rule : rules()) {
+        const KelMeshReport::Outcome& outcome = report.outcome(rule);
+        if (!report.hasFaces && rule > KelMeshRule::Coordinates) {
             terminal.print("  {}  {}\n", terminal.styled(Style::Note, "  -   "), textOf(rule).text);
             continue;
         }
@@ -82,15 +83,15 @@ void printReport(Terminal& terminal, const Model& model, const MeshReport& repor
                                              : terminal.styled(Style::Bad, "The mesh is not good."));
 }
 
-void writePoint(JsonWriter& json, const char* name, const Vector3& point, int dimension)
+void writePoint(JsonWriter& json, const char* name, const std::array<double, 3>& point, int dimension)
 {
-    json.key(name).beginArray().value(point.x).value(point.y);
+    json.key(name).beginArray().value(point[0]).value(point[1]);
     if (dimension == 3)
-        json.value(point.z);
+        json.value(point[2]);
     json.endArray();
 }
 
-std::string jsonReport(const Model& model, const MeshReport& report, const std::string& unit)
+std::string jsonReport(const Model& model, const KelMeshReport& report, const std::string& unit)
 {
     JsonWriter json;
     json.beginObject().member("file", model.path()).member("good", report.isGood());
@@ -113,8 +114,8 @@ std::string jsonReport(const Model& model, const MeshReport& report, const std::
         json.member("largest", report.largestVolume).member("largestCell", report.largestCell).endObject();
     }
     json.member("facesChecked", report.hasFaces).key("checks").beginArray();
-    for (const MeshRule rule : rules()) {
-        const MeshReport::Outcome& outcome = report.outcome(rule);
+    for (const KelMeshRule rule : rules()) {
+        const KelMeshReport::Outcome& outcome = report.outcome(rule);
         json.beginObject().member("check", textOf(rule).key).member("text", textOf(rule).text);
         json.member("exceptions", outcome.offenders).member("first", outcome.named).endObject();
     }
@@ -127,13 +128,13 @@ void runCheck(const Options& options, Session& session)
     Model model(options.file, options.format);
     model.open(KEL_CASE);
     Progress progress(session.terminal);
-    MeshCheckOptions checkOptions;
+    KelMeshCheckOptions checkOptions;
     checkOptions.closureTolerance = options.tolerance;
     checkOptions.named = options.named;
     checkOptions.progress = [&](const std::string& task, unsigned64 done, unsigned64 total) {
         return progress(task, done, total);
     };
-    MeshCheck check(model.reader(), checkOptions);
+    KelMeshCheck check(model.reader(), checkOptions);
     if (!check.run()) {
         if (check.wasCancelled())
             throw Interrupted(aboutFile(options.file, "interrupted"));

@@ -8,7 +8,7 @@ namespace meridyn {
 class KelProvider;
 }
 
-namespace meridyn::tool {
+namespace meridyn::mesh {
 
 /// Some faces that follow each other, with their nodes and cells.
 struct FaceBlock {
@@ -51,4 +51,4 @@ private:
     bool _isCut = false;
 };
 
-} // namespace meridyn::tool
+} // namespace meridyn::mesh

@@ -1,56 +1,22 @@
 #pragma once
 
-#include "KelTypes.h"
-#include "MeshReport.h"
-#include "Vector3.h"
+#include "KelMeshCheck.h"
+#include "mesh/Vector3.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
-namespace meridyn {
-class KelProvider;
-}
-
-namespace meridyn::tool {
+namespace meridyn::mesh {
 
 struct FaceBlock;
 
-/// How strictly a mesh is checked.
-struct MeshCheckOptions {
-    /// How far the area vectors of a cell may be from cancelling each other, as a share of the cell's surface.
-    double closureTolerance = 1e-6;
-    /// Offenders that are named per check; all are counted.
-    unsigned64 named = 5;
-    /// Told how far the check is; false cancels it.
-    std::function<bool(const std::string& task, unsigned64 done, unsigned64 total)> progress;
-};
-
-/// Checks the topology and the geometry of a mesh whose case is open.
-///
-/// Order     zones, coordinates, faces and their cells, geometry. A damaged face is left out of the geometry with the
-///           cells that it names, so that one wrong id is not ten offenders; a cell that it should name is open.
-/// Geometry  the area of a face is the sum of triangles about its centre, the volume of a cell that of pyramids from
-///           its faces to its centre: exact for flat faces, and faces that are not flat close a cell all the same.
-///           In two dimensions faces are lines and volumes are areas.
-/// Parents   faces of zones of the type KEL_FACE_ZONE_TYPE_PARENT were replaced by their children: their ids are
-///           checked, their geometry is not.
-/// Memory    3 numbers per node and 8 per cell.
-class MeshCheck {
+/// One run of a check: reads the mesh once and fills the report.
+class MeshRun {
 public:
-    /// The reader stays the caller's.
-    explicit MeshCheck(const KelProvider& reader, MeshCheckOptions options = {});
+    MeshRun(const KelProvider& reader, const KelMeshCheckOptions& options, KelMeshReport& report);
 
-    /// Checks. False when the mesh could not be read as a whole, or the check was cancelled: see problem().
-    bool run();
-
-    /// What was found.
-    const MeshReport& report() const { return _report; }
-
-    /// Why run gave false; empty otherwise.
-    const std::string& problem() const { return _problem; }
-
-    bool wasCancelled() const { return _cancelled; }
+    /// Checks. @throws Stopped when the mesh could not be read as a whole, or the check was cancelled
+    void run();
 
 private:
     struct Zone {
@@ -95,10 +61,8 @@ private:
     [[noreturn]] void stop(const std::string& problem) const;
 
     const KelProvider& _reader;
-    MeshCheckOptions _options;
-    MeshReport _report;
-    std::string _problem;
-    bool _cancelled = false;
+    const KelMeshCheckOptions& _options;
+    KelMeshReport& _report;
 
     std::vector<std::vector<Zone>> _zones; ///< by category, ascending by first element
     std::vector<Vector3> _nodes;
@@ -107,4 +71,4 @@ private:
     std::vector<Cell> _cells;
 };
 
-} // namespace meridyn::tool
+} // namespace meridyn::mesh

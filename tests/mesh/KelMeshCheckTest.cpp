@@ -1,12 +1,15 @@
 // The mesh check on generated meshes, and on the same meshes with one thing wrong.
-#include "MeshCheck.h"
+#include "KelMeshCheck.h"
 #include "KelGeneratedProvider.h"
+#include "mesh/Vector3.h"
 
 #include <gtest/gtest.h>
 #include <limits>
 
 using namespace meridyn;
-using namespace meridyn::tool;
+using mesh::Vector3;
+using namespace meridyn;
+using mesh::Vector3;
 
 namespace {
 
@@ -128,30 +131,31 @@ private:
     }
 };
 
-const MeshRule allRules[] = {MeshRule::Zones,     MeshRule::Coordinates, MeshRule::Ids,       MeshRule::FaceNodes,
-                             MeshRule::FaceCells, MeshRule::UsedNodes,   MeshRule::CellFaces, MeshRule::Closed,
-                             MeshRule::Volumes,   MeshRule::Orientation};
+const KelMeshRule allRules[] = {KelMeshRule::Zones,      KelMeshRule::Coordinates, KelMeshRule::Ids,
+                                KelMeshRule::FaceNodes,  KelMeshRule::FaceCells,   KelMeshRule::UsedNodes,
+                                KelMeshRule::CellFaces,  KelMeshRule::Closed,      KelMeshRule::Volumes,
+                                KelMeshRule::Orientation};
 
-using Offenders = std::vector<std::pair<MeshRule, unsigned64>>;
+using Offenders = std::vector<std::pair<KelMeshRule, unsigned64>>;
 
 /// The rules that have offenders, with their number.
-Offenders offendersOf(const MeshReport& report)
+Offenders offendersOf(const KelMeshReport& report)
 {
     Offenders offenders;
-    for (const MeshRule rule : allRules)
+    for (const KelMeshRule rule : allRules)
         if (const unsigned64 count = report.outcome(rule).offenders; count > 0)
             offenders.emplace_back(rule, count);
     return offenders;
 }
 
-MeshReport checked(const KelProvider& mesh, MeshCheckOptions options = {})
+KelMeshReport checked(KelProvider& mesh, KelMeshCheckOptions options = {})
 {
-    MeshCheck check(mesh, std::move(options));
+    KelMeshCheck check(mesh, std::move(options));
     EXPECT_TRUE(check.run()) << check.problem();
     return check.report();
 }
 
-std::string firstOf(const MeshReport& report, MeshRule rule)
+std::string firstOf(const KelMeshReport& report, KelMeshRule rule)
 {
     const auto& named = report.outcome(rule).named;
     return named.empty() ? "" : named.front();
@@ -176,23 +180,23 @@ class GoodMeshes : public ::testing::TestWithParam<GoodMesh> {};
 
 TEST_P(GoodMeshes, PassAndFillTheirBox)
 {
-    const DamagedBox mesh(GetParam().text);
-    const MeshReport report = checked(mesh);
+    DamagedBox mesh(GetParam().text);
+    const KelMeshReport report = checked(mesh);
     EXPECT_TRUE(report.isGood());
     EXPECT_EQ(offendersOf(report), Offenders());
     EXPECT_TRUE(report.hasFaces);
     EXPECT_EQ(report.cellTypes, GetParam().types);
     EXPECT_NEAR(report.volume, 2.0 * 1.0 * 3.0, 1e-12);
-    EXPECT_DOUBLE_EQ(report.boxMin.x + report.boxMin.y + report.boxMin.z, 0.0);
-    EXPECT_DOUBLE_EQ(report.boxMax.x, 2.0);
-    EXPECT_DOUBLE_EQ(report.boxMax.y, 1.0);
-    EXPECT_DOUBLE_EQ(report.boxMax.z, 3.0);
+    EXPECT_DOUBLE_EQ(report.boxMin[0] + report.boxMin[1] + report.boxMin[2], 0.0);
+    EXPECT_DOUBLE_EQ(report.boxMax[0], 2.0);
+    EXPECT_DOUBLE_EQ(report.boxMax[1], 1.0);
+    EXPECT_DOUBLE_EQ(report.boxMax[2], 3.0);
     EXPECT_GT(report.smallestVolume, 0.0);
     EXPECT_LE(report.smallestVolume, report.largestVolume);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    MeshCheck, GoodMeshes,
+    KelMeshCheck, GoodMeshes,
     ::testing::Values(
         GoodMesh{"Hexahedra", "box:2x3x4 size:2x1x3", {{KEL_CELL_HEXAHEDRON, 24}}},
         GoodMesh{"Tetrahedra", "box:2x3x4 size:2x1x3 cells:tet", {{KEL_CELL_TETRAHEDRON, 144}}},
@@ -212,7 +216,7 @@ TEST(MeshCheckTest, FacesThatAreNotFlatCloseTheirCellsAllTheSame)
         if (id == 14) // the one in the middle
             point += {0.11, 0.07, -0.05};
     };
-    const MeshReport report = checked(mesh);
+    const KelMeshReport report = checked(mesh);
     EXPECT_EQ(offendersOf(report), Offenders());
     EXPECT_NEAR(report.volume, 1.0, 1e-14);
     EXPECT_LT(report.smallestVolume, report.largestVolume);
@@ -220,7 +224,8 @@ TEST(MeshCheckTest, FacesThatAreNotFlatCloseTheirCellsAllTheSame)
 
 TEST(MeshCheckTest, LinesOfTwoDimensionsBoundAreas)
 {
-    const MeshReport report = checked(FlatMesh());
+    FlatMesh mesh;
+    const KelMeshReport report = checked(mesh);
     EXPECT_EQ(offendersOf(report), Offenders());
     EXPECT_EQ(report.dimension, 2);
     EXPECT_DOUBLE_EQ(report.volume, 1.0);
@@ -250,31 +255,31 @@ const Damage damages[] = {
     // A cell that no face names any more where one should is open, and nothing tells that it lost a face.
     {"OneCellOnBothSides",
      [](DamagedBox& box) { box.onCell1 = [](unsigned64 id, unsigned64& cell) { cell = id == 1 ? 1 : cell; }; },
-     {{MeshRule::FaceCells, 1}, {MeshRule::Closed, 1}},
+     {{KelMeshRule::FaceCells, 1}, {KelMeshRule::Closed, 1}},
      "face 1 of zone 2 'interior' has cell 1 on both sides"},
     {"InteriorFaceWithoutCell1",
      [](DamagedBox& box) { box.onCell1 = [](unsigned64 id, unsigned64& cell) { cell = id == 1 ? 0 : cell; }; },
-     {{MeshRule::FaceCells, 1}, {MeshRule::Closed, 1}},
+     {{KelMeshRule::FaceCells, 1}, {KelMeshRule::Closed, 1}},
      "face 1 of zone 2 'interior' has no cell 1"},
     {"Cell1BeyondTheMesh",
      [](DamagedBox& box) { box.onCell1 = [](unsigned64 id, unsigned64& cell) { cell = id == 1 ? 9 : cell; }; },
-     {{MeshRule::Ids, 1}, {MeshRule::Closed, 1}},
+     {{KelMeshRule::Ids, 1}, {KelMeshRule::Closed, 1}},
      "face 1 of zone 2 'interior' names cell 9 of 8 on side 1"},
     {"NoCell0",
      [](DamagedBox& box) { box.onCell0 = [](unsigned64 id, unsigned64& cell) { cell = id == 36 ? 0 : cell; }; },
-     {{MeshRule::Ids, 1}, {MeshRule::Closed, 1}},
+     {{KelMeshRule::Ids, 1}, {KelMeshRule::Closed, 1}},
      "face 36 of zone 8 'z-max' names cell 0 of 8 on side 0"},
     {"NodeBeyondTheMesh",
      [](DamagedBox& box) {
          box.onFaceNodes = [](unsigned64 id, unsigned64* nodes, std::size_t) { nodes[0] = id == 1 ? 2800 : nodes[0]; };
      },
-     {{MeshRule::Ids, 1}},
+     {{KelMeshRule::Ids, 1}},
      "face 1 of zone 2 'interior' names node 2,800 of 27"},
     {"NodeZero",
      [](DamagedBox& box) {
          box.onFaceNodes = [](unsigned64 id, unsigned64* nodes, std::size_t) { nodes[3] = id == 1 ? 0 : nodes[3]; };
      },
-     {{MeshRule::Ids, 1}},
+     {{KelMeshRule::Ids, 1}},
      "face 1 of zone 2 'interior' names node 0 of 27"},
     {"FaceOfTwoNodes",
      [](DamagedBox& box) {
@@ -283,7 +288,7 @@ const Damage damages[] = {
                  nodes[2] = nodes[0], nodes[3] = nodes[1];
          };
      },
-     {{MeshRule::FaceNodes, 1}},
+     {{KelMeshRule::FaceNodes, 1}},
      "face 1 of zone 2 'interior' has 2 different nodes"},
     {"FaceTurnedRound",
      [](DamagedBox& box) {
@@ -292,7 +297,7 @@ const Damage damages[] = {
                  std::reverse(nodes, nodes + count);
          };
      },
-     {{MeshRule::Closed, 2}, {MeshRule::Orientation, 1}},
+     {{KelMeshRule::Closed, 2}, {KelMeshRule::Orientation, 1}},
      "cell 1 is open by 0.333 of its surface"},
     {"BoundaryFaceTurnedRound",
      [](DamagedBox& box) {
@@ -301,15 +306,15 @@ const Damage damages[] = {
                  std::reverse(nodes, nodes + count);
          };
      },
-     {{MeshRule::Closed, 1}, {MeshRule::Orientation, 1}},
+     {{KelMeshRule::Closed, 1}, {KelMeshRule::Orientation, 1}},
      "cell 8 is open by 0.333 of its surface"},
     {"MirroredMesh",
      [](DamagedBox& box) { box.onNode = [](unsigned64, Vector3& point) { point.x = -point.x; }; },
-     {{MeshRule::Volumes, 8}, {MeshRule::Orientation, 36}},
+     {{KelMeshRule::Volumes, 8}, {KelMeshRule::Orientation, 36}},
      "cell 1 has the volume -0.125"},
     {"FlattenedMesh",
      [](DamagedBox& box) { box.onNode = [](unsigned64, Vector3& point) { point.z = 0.0; }; },
-     {{MeshRule::Volumes, 8}},
+     {{KelMeshRule::Volumes, 8}},
      "cell 1 has the volume 0"},
     {"CoordinateThatIsNoNumber",
      [](DamagedBox& box) {
@@ -317,7 +322,7 @@ const Damage damages[] = {
              point.y = id == 14 ? std::numeric_limits<double>::quiet_NaN() : point.y;
          };
      },
-     {{MeshRule::Coordinates, 1}},
+     {{KelMeshRule::Coordinates, 1}},
      "node 14"},
     {"NodeThatNoFaceHas",
      [](DamagedBox& box) {
@@ -325,26 +330,26 @@ const Damage damages[] = {
          box.setMeshSize(KEL_MESH_SIZE_1, 28);
          box.setZoneSizeInfo(1, KEL_ZONE_LAST_ID, 28);
      },
-     {{MeshRule::UsedNodes, 1}},
+     {{KelMeshRule::UsedNodes, 1}},
      "node 28"},
     {"FaceInNoZone",
      [](DamagedBox& box) { box.setZoneSizeInfo(3, KEL_ZONE_FIRST_ID, 14); },
-     {{MeshRule::Zones, 1}, {MeshRule::Closed, 1}},
+     {{KelMeshRule::Zones, 1}, {KelMeshRule::Closed, 1}},
      "faces: 13 to 13 are in no zone"},
     {"FaceInTwoZones",
      [](DamagedBox& box) { box.setZoneSizeInfo(3, KEL_ZONE_FIRST_ID, 12); },
-     {{MeshRule::Zones, 1}, {MeshRule::Closed, 2}},
+     {{KelMeshRule::Zones, 1}, {KelMeshRule::Closed, 2}},
      "faces: zone 3 'x-min' begins at 12, which is in another zone"},
     {"ZoneBeyondTheMesh",
      [](DamagedBox& box) { box.setZoneSizeInfo(10, KEL_ZONE_LAST_ID, 9); },
-     {{MeshRule::Zones, 9}, {MeshRule::Ids, 36}}, // no cell is in a zone, and so none exists
+     {{KelMeshRule::Zones, 9}, {KelMeshRule::Ids, 36}}, // no cell is in a zone, and so none exists
      "cells: zone 10 'cells' has the ids 1 to 9, the mesh has 8"},
     {"CellWithoutFaces",
      [](DamagedBox& box) {
          box.setMeshSize(KEL_MESH_SIZE_4, 9);
          box.setZoneSizeInfo(10, KEL_ZONE_LAST_ID, 9);
      },
-     {{MeshRule::CellFaces, 1}},
+     {{KelMeshRule::CellFaces, 1}},
      "cell 9 has 0 faces"},
 };
 
@@ -356,13 +361,13 @@ TEST_P(DamagedMeshes, AreFoundOutAndNamed)
 {
     DamagedBox mesh("box:2x2x2");
     GetParam().make(mesh);
-    const MeshReport report = checked(mesh);
+    const KelMeshReport report = checked(mesh);
     EXPECT_FALSE(report.isGood());
     EXPECT_EQ(offendersOf(report), GetParam().offenders);
     EXPECT_EQ(firstOf(report, GetParam().offenders.front().first), GetParam().first);
 }
 
-INSTANTIATE_TEST_SUITE_P(MeshCheck, DamagedMeshes, ::testing::ValuesIn(damages),
+INSTANTIATE_TEST_SUITE_P(KelMeshCheck, DamagedMeshes, ::testing::ValuesIn(damages),
                          [](const auto& damage) { return damage.param.name; });
 
 TEST(MeshCheckTest, TurnedFacesSayWhereTheyPoint)
@@ -372,7 +377,7 @@ TEST(MeshCheckTest, TurnedFacesSayWhereTheyPoint)
         if (id == 1 || id == 36)
             std::reverse(nodes, nodes + count);
     };
-    EXPECT_EQ(checked(mesh).outcome(MeshRule::Orientation).named,
+    EXPECT_EQ(checked(mesh).outcome(KelMeshRule::Orientation).named,
               (std::vector<std::string>{"face 1 of zone 2 'interior' points from cell 2 to cell 1",
                                         "face 36 of zone 8 'z-max' points into cell 8"}));
 }
@@ -381,11 +386,11 @@ TEST(MeshCheckTest, NamesAsManyAsAskedForAndCountsAll)
 {
     DamagedBox mesh("box:2x2x2");
     mesh.onNode = [](unsigned64, Vector3& point) { point.x = -point.x; };
-    MeshCheckOptions options;
+    KelMeshCheckOptions options;
     options.named = 2;
-    const MeshReport report = checked(mesh, options);
-    EXPECT_EQ(report.outcome(MeshRule::Volumes).offenders, 8U);
-    EXPECT_EQ(report.outcome(MeshRule::Volumes).named.size(), 2U);
+    const KelMeshReport report = checked(mesh, options);
+    EXPECT_EQ(report.outcome(KelMeshRule::Volumes).offenders, 8U);
+    EXPECT_EQ(report.outcome(KelMeshRule::Volumes).named.size(), 2U);
 }
 
 TEST(MeshCheckTest, ParentFacesMayLackCellsButNotNodes)
@@ -408,7 +413,7 @@ TEST(MeshCheckTest, CutArraysAreAProblemNotAnOffender)
 {
     DamagedBox mesh("box:2x2x2");
     mesh.missingCells = 1;
-    MeshCheck check(mesh);
+    KelMeshCheck check(mesh);
     EXPECT_FALSE(check.run());
     EXPECT_FALSE(check.wasCancelled());
     EXPECT_EQ(check.problem(), "face zone 2 'interior': the nodes or cells from face 1 on could not be read");
@@ -419,25 +424,25 @@ TEST(MeshCheckTest, SizesThatTheFacesCannotFillTakeNoMemory)
     DamagedBox mesh("box:2x2x2");
     mesh.setMeshSize(KEL_MESH_SIZE_4, 1ULL << 60);
     mesh.setZoneSizeInfo(10, KEL_ZONE_LAST_ID, 1ULL << 60);
-    MeshCheck check(mesh);
+    KelMeshCheck check(mesh);
     EXPECT_FALSE(check.run());
     EXPECT_EQ(check.problem(), "the mesh has 1,152,921,504,606,846,976 cells, but only 36 faces");
 }
 
 TEST(MeshCheckTest, NoMeshIsAProblem)
 {
-    const KelProvider nothing;
-    MeshCheck check(nothing);
+    KelProvider nothing;
+    KelMeshCheck check(nothing);
     EXPECT_FALSE(check.run());
     EXPECT_EQ(check.problem(), "the mesh has 0 dimensions, 2 or 3 expected");
 }
 
 TEST(MeshCheckTest, CanBeCancelled)
 {
-    const DamagedBox mesh("box:2x2x2");
-    MeshCheckOptions options;
+    DamagedBox mesh("box:2x2x2");
+    KelMeshCheckOptions options;
     options.progress = [](const std::string& task, unsigned64, unsigned64) { return task != "geometry"; };
-    MeshCheck check(mesh, options);
+    KelMeshCheck check(mesh, options);
     EXPECT_FALSE(check.run());
     EXPECT_TRUE(check.wasCancelled());
 }

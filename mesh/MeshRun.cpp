@@ -1,67 +1,62 @@
-#include "MeshCheck.h"
+#include "mesh/MeshRun.h"
 
-#include "FaceStream.h"
 #include "KelProvider.h"
-#include "Model.h"
-#include "Numbers.h"
+#include "mesh/FaceStream.h"
+#include "mesh/MeshText.h"
+#include "mesh/Stopped.h"
 
 #include <algorithm>
 #include <limits>
 #include <set>
 
-namespace meridyn::tool {
+namespace meridyn::mesh {
 
 namespace {
 
-/// Ends a check from anywhere inside it.
-struct Stopped {
-    std::string problem;
-    bool cancelled;
-};
-
 constexpr unsigned64 chunk = 65536;
+constexpr KelZoneCategory allCategories[] = {KEL_NODE_ZONE, KEL_EDGE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE};
+
+/// Number of elements of a category that the mesh is said to have.
+unsigned64 meshSize(const KelBase& base, KelZoneCategory category)
+{
+    static constexpr KelMeshSizeType slots[] = {KEL_MESH_SIZE_1, KEL_MESH_SIZE_2, KEL_MESH_SIZE_3, KEL_MESH_SIZE_4};
+    unsigned64 size = 0;
+    base.getMeshSize(slots[category], size);
+    return size;
+}
 
 } // namespace
 
-MeshCheck::MeshCheck(const KelProvider& reader, MeshCheckOptions options)
-    : _reader(reader), _options(std::move(options)), _zones(4)
+MeshRun::MeshRun(const KelProvider& reader, const KelMeshCheckOptions& options, KelMeshReport& report)
+    : _reader(reader), _options(options), _report(report), _zones(4)
 {}
 
-bool MeshCheck::run()
+void MeshRun::run()
 {
-    _report = MeshReport();
-    _problem.clear();
-    _cancelled = false;
-    try {
-        readSizes();
-        for (const KelZoneCategory category : allCategories)
-            checkZones(category, _report.sizes[static_cast<std::size_t>(category)]);
-        readCoordinates();
-        readCellTypes();
-        reserveCells();
-        forFaces("faces", [this](const Zone& zone, const FaceBlock& block) { checkFaces(zone, block); });
-        if (!_report.hasFaces)
-            return true;
-        checkUnusedNodes();
-        for (Cell& each : _cells)
-            if (each.faces > 0)
-                each.centre = 1.0 / each.faces * each.centre;
-        forFaces("geometry", [this](const Zone& zone, const FaceBlock& block) { addGeometry(zone, block); });
-        for (std::size_t n = 0; n < _cells.size(); ++n)
-            checkCell(n + 1, _cells[n]);
-    } catch (const Stopped& stopped) {
-        _problem = stopped.problem;
-        _cancelled = stopped.cancelled;
-    }
-    return _problem.empty();
+    readSizes();
+    for (const KelZoneCategory category : allCategories)
+        checkZones(category, _report.sizes[static_cast<std::size_t>(category)]);
+    readCoordinates();
+    readCellTypes();
+    reserveCells();
+    forFaces("faces", [this](const Zone& zone, const FaceBlock& block) { checkFaces(zone, block); });
+    if (!_report.hasFaces)
+        return;
+    checkUnusedNodes();
+    for (Cell& each : _cells)
+        if (each.faces > 0)
+            each.centre = 1.0 / each.faces * each.centre;
+    forFaces("geometry", [this](const Zone& zone, const FaceBlock& block) { addGeometry(zone, block); });
+    for (std::size_t n = 0; n < _cells.size(); ++n)
+        checkCell(n + 1, _cells[n]);
 }
 
-void MeshCheck::stop(const std::string& problem) const
+void MeshRun::stop(const std::string& problem) const
 {
     throw Stopped{problem, false};
 }
 
-void MeshCheck::tell(const std::string& task, unsigned64 done, unsigned64 total)
+void MeshRun::tell(const std::string& task, unsigned64 done, unsigned64 total)
 {
     if (_options.progress && !_options.progress(task, done, total))
         throw Stopped{"interrupted", true};
@@ -69,7 +64,7 @@ void MeshCheck::tell(const std::string& task, unsigned64 done, unsigned64 total)
 
 // ---- zones --------------------------------------------------------------------------------------------------------
 
-void MeshCheck::readSizes()
+void MeshRun::readSizes()
 {
     unsigned64 dimension = 0;
     _reader.getMeshSize(KEL_MESH_DIMENSION, dimension);
@@ -80,10 +75,10 @@ void MeshCheck::readSizes()
         _report.sizes[static_cast<std::size_t>(category)] = meshSize(_reader, category);
 }
 
-void MeshCheck::checkZones(KelZoneCategory category, unsigned64 size)
+void MeshRun::checkZones(KelZoneCategory category, unsigned64 size)
 {
     const auto offends = [&](const std::string& line, unsigned64 count) {
-        _report.add(MeshRule::Zones, std::string(categoryName(category)) + ": " + line, _options.named, count);
+        _report.add(KelMeshRule::Zones, std::string(categoryName(category)) + ": " + line, _options.named, count);
     };
     std::vector<Zone>& zones = _zones[static_cast<std::size_t>(category)];
     zones.clear();
@@ -126,7 +121,7 @@ void MeshCheck::checkZones(KelZoneCategory category, unsigned64 size)
 
 // ---- nodes --------------------------------------------------------------------------------------------------------
 
-void MeshCheck::readCoordinates()
+void MeshRun::readCoordinates()
 {
     const auto dimension = static_cast<std::size_t>(_report.dimension);
     std::vector<double> buffer;
@@ -147,16 +142,17 @@ void MeshCheck::readCoordinates()
                 const Vector3 point{xyz[0], xyz[1], dimension == 3 ? xyz[2] : 0.0};
                 _nodes[id - 1] = point;
                 if (!isFinite(point)) {
-                    _report.add(MeshRule::Coordinates, "node " + grouped(id), _options.named);
+                    _report.add(KelMeshRule::Coordinates, "node " + grouped(id), _options.named);
                     continue;
                 }
-                Vector3& low = _report.boxMin;
-                Vector3& high = _report.boxMax;
+                const std::array<double, 3> at{point.x, point.y, point.z};
                 if (!_report.hasBox)
-                    low = high = point;
+                    _report.boxMin = _report.boxMax = at;
                 _report.hasBox = true;
-                low = {std::min(low.x, point.x), std::min(low.y, point.y), std::min(low.z, point.z)};
-                high = {std::max(high.x, point.x), std::max(high.y, point.y), std::max(high.z, point.z)};
+                for (std::size_t d = 0; d < 3; ++d) {
+                    _report.boxMin[d] = std::min(_report.boxMin[d], at[d]);
+                    _report.boxMax[d] = std::max(_report.boxMax[d], at[d]);
+                }
             }
             tell("nodes", last, _report.sizes[KEL_NODE_ZONE]);
         }
@@ -164,19 +160,19 @@ void MeshCheck::readCoordinates()
     _isUsed.assign(_nodes.size(), false);
 }
 
-void MeshCheck::checkUnusedNodes()
+void MeshRun::checkUnusedNodes()
 {
     for (const Zone& zone : _zones[KEL_NODE_ZONE])
         for (unsigned64 id = zone.first; id <= zone.last; ++id)
             if (!_isUsed[id - 1]) {
                 _isUsed[id - 1] = true; // once, also where zones overlap
-                _report.add(MeshRule::UsedNodes, "node " + grouped(id), _options.named);
+                _report.add(KelMeshRule::UsedNodes, "node " + grouped(id), _options.named);
             }
 }
 
 // ---- cells --------------------------------------------------------------------------------------------------------
 
-void MeshCheck::readCellTypes()
+void MeshRun::readCellTypes()
 {
     std::vector<KelCellType> types;
     for (const Zone& zone : _zones[KEL_CELL_ZONE]) {
@@ -201,7 +197,7 @@ void MeshCheck::readCellTypes()
 }
 
 /// A cell has a place only if a face could name it, so that a damaged size takes no memory.
-void MeshCheck::reserveCells()
+void MeshRun::reserveCells()
 {
     unsigned64 cells = 0, faces = 0;
     for (const Zone& zone : _zones[KEL_CELL_ZONE])
@@ -221,26 +217,27 @@ void MeshCheck::reserveCells()
     _isSpoiled.assign(faces, false);
 }
 
-MeshCheck::Cell* MeshCheck::cell(unsigned64 id)
+MeshRun::Cell* MeshRun::cell(unsigned64 id)
 {
     return id >= 1 && id <= _cells.size() ? &_cells[id - 1] : nullptr;
 }
 
-void MeshCheck::checkCell(unsigned64 id, const Cell& cell)
+void MeshRun::checkCell(unsigned64 id, const Cell& cell)
 {
     const std::string name = "cell " + grouped(id);
     if (cell.isDamaged)
         return;
     const unsigned enough = _report.dimension == 3 ? 4 : 3;
     if (cell.faces < enough) {
-        _report.add(MeshRule::CellFaces, name + " has " + counted(cell.faces, "face", "faces"), _options.named);
+        _report.add(KelMeshRule::CellFaces, name + " has " + counted(cell.faces, "face", "faces"), _options.named);
         return;
     }
     const double gap = cell.surface > 0.0 ? length(cell.areas) / cell.surface : 1.0;
     if (!(gap <= _options.closureTolerance))
-        _report.add(MeshRule::Closed, name + " is open by " + shortNumber(gap, 3) + " of its surface", _options.named);
+        _report.add(KelMeshRule::Closed, name + " is open by " + shortNumber(gap, 3) + " of its surface",
+                    _options.named);
     if (!(cell.volume > 0.0))
-        _report.add(MeshRule::Volumes, name + " has the volume " + shortNumber(cell.volume), _options.named);
+        _report.add(KelMeshRule::Volumes, name + " has the volume " + shortNumber(cell.volume), _options.named);
     _report.volume += cell.volume;
     if (_report.smallestCell == 0 || cell.volume < _report.smallestVolume) {
         _report.smallestVolume = cell.volume;
@@ -255,7 +252,7 @@ void MeshCheck::checkCell(unsigned64 id, const Cell& cell)
 // ---- faces --------------------------------------------------------------------------------------------------------
 
 template <class Visit>
-void MeshCheck::forFaces(const std::string& task, const Visit& visit)
+void MeshRun::forFaces(const std::string& task, const Visit& visit)
 {
     if (!_report.hasFaces)
         return;
@@ -272,12 +269,12 @@ void MeshCheck::forFaces(const std::string& task, const Visit& visit)
     }
 }
 
-std::string MeshCheck::label(const Zone& zone, unsigned64 faceId) const
+std::string MeshRun::label(const Zone& zone, unsigned64 faceId) const
 {
     return "face " + grouped(faceId) + " of zone " + zoneLabel(_reader, zone.id);
 }
 
-void MeshCheck::checkFaces(const Zone& zone, const FaceBlock& block)
+void MeshRun::checkFaces(const Zone& zone, const FaceBlock& block)
 {
     for (std::size_t n = 0; n < block.size(); ++n) {
         const unsigned64 id = block.first + n;
@@ -299,14 +296,14 @@ void MeshCheck::checkFaces(const Zone& zone, const FaceBlock& block)
     }
 }
 
-bool MeshCheck::checkFace(const Zone& zone, const FaceBlock& block, std::size_t face)
+bool MeshRun::checkFace(const Zone& zone, const FaceBlock& block, std::size_t face)
 {
     const bool hasGoodNodes = checkNodes(zone, block, face);
     const bool hasGoodCells = zone.isParent || checkCells(zone, block, face);
     return hasGoodNodes && hasGoodCells;
 }
 
-bool MeshCheck::checkNodes(const Zone& zone, const FaceBlock& block, std::size_t face)
+bool MeshRun::checkNodes(const Zone& zone, const FaceBlock& block, std::size_t face)
 {
     const unsigned64* nodes = block.nodesOf(face);
     const auto count = static_cast<std::size_t>(block.counts[face]);
@@ -319,7 +316,7 @@ bool MeshCheck::checkNodes(const Zone& zone, const FaceBlock& block, std::size_t
             continue;
         }
         if (isGood)
-            _report.add(MeshRule::Ids,
+            _report.add(KelMeshRule::Ids,
                         label(zone, id) + " names node " + grouped(nodes[n]) + " of " + grouped(_nodes.size()),
                         _options.named);
         isGood = false;
@@ -327,20 +324,20 @@ bool MeshCheck::checkNodes(const Zone& zone, const FaceBlock& block, std::size_t
     const std::set<unsigned64> different(nodes, nodes + count);
     const std::size_t enough = _report.dimension == 3 ? 3 : 2;
     if (different.size() < enough)
-        _report.add(MeshRule::FaceNodes,
+        _report.add(KelMeshRule::FaceNodes,
                     label(zone, id) + " has " + counted(different.size(), "different node", "different nodes"),
                     _options.named);
     return isGood && different.size() >= enough;
 }
 
-bool MeshCheck::checkCells(const Zone& zone, const FaceBlock& block, std::size_t face)
+bool MeshRun::checkCells(const Zone& zone, const FaceBlock& block, std::size_t face)
 {
     const unsigned64 cell0 = block.cell0s[face];
     const unsigned64 cell1 = block.cell1s[face];
     const unsigned64 id = block.first + face;
     if (cell(cell0) == nullptr || (cell1 != 0 && cell(cell1) == nullptr)) {
         const bool isFirst = cell(cell0) == nullptr;
-        _report.add(MeshRule::Ids,
+        _report.add(KelMeshRule::Ids,
                     label(zone, id) + " names cell " + grouped(isFirst ? cell0 : cell1) + " of " +
                         grouped(_cells.size()) + " on side " + (isFirst ? "0" : "1"),
                     _options.named);
@@ -348,13 +345,13 @@ bool MeshCheck::checkCells(const Zone& zone, const FaceBlock& block, std::size_t
     }
     if (cell0 != cell1 && (cell1 != 0 || !zone.isInterior))
         return true;
-    _report.add(MeshRule::FaceCells,
+    _report.add(KelMeshRule::FaceCells,
                 label(zone, id) + (cell1 == 0 ? " has no cell 1" : " has cell " + grouped(cell0) + " on both sides"),
                 _options.named);
     return false;
 }
 
-void MeshCheck::damageCells(const FaceBlock& block, std::size_t face)
+void MeshRun::damageCells(const FaceBlock& block, std::size_t face)
 {
     for (Cell* side : {cell(block.cell0s[face]), cell(block.cell1s[face])})
         if (side != nullptr)
@@ -363,7 +360,7 @@ void MeshCheck::damageCells(const FaceBlock& block, std::size_t face)
 
 // ---- geometry -----------------------------------------------------------------------------------------------------
 
-Vector3 MeshCheck::centreOf(const FaceBlock& block, std::size_t face) const
+Vector3 MeshRun::centreOf(const FaceBlock& block, std::size_t face) const
 {
     const unsigned64* nodes = block.nodesOf(face);
     Vector3 sum;
@@ -373,7 +370,7 @@ Vector3 MeshCheck::centreOf(const FaceBlock& block, std::size_t face) const
 }
 
 /// Area vector of a face, by the order of its nodes.
-Vector3 MeshCheck::areaOf(const FaceBlock& block, std::size_t face, const Vector3& centre) const
+Vector3 MeshRun::areaOf(const FaceBlock& block, std::size_t face, const Vector3& centre) const
 {
     const unsigned64* nodes = block.nodesOf(face);
     const auto count = static_cast<std::size_t>(block.counts[face]);
@@ -388,7 +385,7 @@ Vector3 MeshCheck::areaOf(const FaceBlock& block, std::size_t face, const Vector
     return area;
 }
 
-void MeshCheck::addGeometry(const Zone& zone, const FaceBlock& block)
+void MeshRun::addGeometry(const Zone& zone, const FaceBlock& block)
 {
     for (std::size_t n = 0; n < block.size() && !zone.isParent; ++n) {
         const unsigned64 id = block.first + n;
@@ -401,7 +398,7 @@ void MeshCheck::addGeometry(const Zone& zone, const FaceBlock& block)
         const double above1 = cell1 != nullptr ? addSide(*cell1, -1.0 * area, centre) : above0;
         // A face of a cell that is not convex may look inwards from one centre, a face turned round does from both.
         if (above0 < 0.0 && above1 < 0.0)
-            _report.add(MeshRule::Orientation,
+            _report.add(KelMeshRule::Orientation,
                         label(zone, id) + " points " +
                             (cell1 != nullptr
                                  ? "from cell " + grouped(block.cell1s[n]) + " to cell " + grouped(block.cell0s[n])
@@ -411,7 +408,7 @@ void MeshCheck::addGeometry(const Zone& zone, const FaceBlock& block)
 }
 
 /// Adds a face to the sums of a cell; the area points out of it. Gives the volume of the pyramid that it stands for.
-double MeshCheck::addSide(Cell& cell, const Vector3& area, const Vector3& centre) const
+double MeshRun::addSide(Cell& cell, const Vector3& area, const Vector3& centre) const
 {
     // The triangles of the face all have their tip in its centre, so that the sum of their pyramids is this one
     // product.
@@ -422,4 +419,4 @@ double MeshCheck::addSide(Cell& cell, const Vector3& area, const Vector3& centre
     return pyramid;
 }
 
-} // namespace meridyn::tool
+} // namespace meridyn::mesh

@@ -1,13 +1,17 @@
-#include "FaceStream.h"
+#include "mesh/FaceStream.h"
 
 #include "KelProvider.h"
 
 #include <algorithm>
 
-namespace meridyn::tool {
+namespace meridyn::mesh {
 
-static constexpr unsigned64 facesPerBlock = 32768;
-static constexpr std::size_t nodesPerBlock = 1U << 20;
+namespace {
+
+constexpr unsigned64 facesPerBlock = 32768;
+constexpr std::size_t nodesPerBlock = 1U << 20;
+
+} // namespace
 
 FaceStream::FaceStream(const KelProvider& reader, int zone, unsigned64 first, unsigned64 last)
     : _reader(reader), _zone(zone), _next(first), _last(last)
@@ -69,4 +73,4 @@ bool FaceStream::readCells(FaceBlock& block) const
     return (found0 == 0 || found0 == block.size()) && (found1 == 0 || found1 == block.size());
 }
 
-} // namespace meridyn::tool
+} // namespace meridyn::mesh

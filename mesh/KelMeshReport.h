@@ -1,17 +1,17 @@
 #pragma once
 
+#include "KelExport.h"
 #include "KelTypes.h"
-#include "Vector3.h"
 
 #include <array>
 #include <map>
 #include <string>
 #include <vector>
 
-namespace meridyn::tool {
+namespace meridyn {
 
 /// What is checked, in the order of the report.
-enum class MeshRule {
+enum class KelMeshRule {
     Zones,       ///< the zones of a category hold each element once
     Coordinates, ///< no infinite ones
     Ids,         ///< faces name nodes and cells that exist
@@ -28,14 +28,15 @@ enum class MeshRule {
 constexpr std::size_t meshRuleCount = 10;
 
 /// A rule for machines ("face-nodes") and for people ("faces have at least 3 different nodes").
-struct MeshRuleText {
+struct KelMeshRuleText {
     const char* key;
     const char* text;
 };
-const MeshRuleText& textOf(MeshRule rule);
+/// The texts of a rule.
+KEL_API const KelMeshRuleText& textOf(KelMeshRule rule);
 
 /// What a check of a mesh found.
-class MeshReport {
+class KEL_API KelMeshReport {
 public:
     /// The outcome of one rule.
     struct Outcome {
@@ -43,10 +44,10 @@ public:
         std::vector<std::string> named; ///< the first of them, each as one line
     };
 
-    const Outcome& outcome(MeshRule rule) const { return _outcomes[static_cast<std::size_t>(rule)]; }
+    const Outcome& outcome(KelMeshRule rule) const { return _outcomes[static_cast<std::size_t>(rule)]; }
 
     /// Notes `count` offenders; they share a line, which is kept while fewer than `limit` are named.
-    void add(MeshRule rule, const std::string& line, unsigned64 limit, unsigned64 count = 1);
+    void add(KelMeshRule rule, const std::string& line, unsigned64 limit, unsigned64 count = 1);
 
     /// Whether nothing offends.
     bool isGood() const;
@@ -56,8 +57,8 @@ public:
     std::map<KelCellType, unsigned64> cellTypes; ///< empty when the reader does not tell
     bool hasFaces = false;                       ///< without them only zones and coordinates are checked
     bool hasBox = false;
-    Vector3 boxMin, boxMax;
-    double volume = 0.0; ///< of all undamaged cells
+    std::array<double, 3> boxMin{}, boxMax{}; ///< corners of the bounding box; z is 0 in two dimensions
+    double volume = 0.0;                      ///< of all undamaged cells
     double smallestVolume = 0.0, largestVolume = 0.0;
     unsigned64 smallestCell = 0, largestCell = 0; ///< 0 for none
 
@@ -65,4 +66,4 @@ private:
     std::array<Outcome, meshRuleCount> _outcomes;
 };
 
-} // namespace meridyn::tool
+} // namespace meridyn

@@ -1,12 +1,12 @@
-#include "MeshReport.h"
+#include "KelMeshReport.h"
 
 #include <algorithm>
 
-namespace meridyn::tool {
+namespace meridyn {
 
-const MeshRuleText& textOf(MeshRule rule)
+const KelMeshRuleText& textOf(KelMeshRule rule)
 {
-    static const std::array<MeshRuleText, meshRuleCount> texts = {{
+    static const std::array<KelMeshRuleText, meshRuleCount> texts = {{
         {"zones", "zones hold each element once"},
         {"coordinates", "coordinates are finite"},
         {"ids", "faces name nodes and cells that exist"},
@@ -21,7 +21,7 @@ const MeshRuleText& textOf(MeshRule rule)
     return texts[static_cast<std::size_t>(rule)];
 }
 
-void MeshReport::add(MeshRule rule, const std::string& line, unsigned64 limit, unsigned64 count)
+void KelMeshReport::add(KelMeshRule rule, const std::string& line, unsigned64 limit, unsigned64 count)
 {
     Outcome& outcome = _outcomes[static_cast<std::size_t>(rule)];
     outcome.offenders += count;
@@ -29,10 +29,10 @@ void MeshReport::add(MeshRule rule, const std::string& line, unsigned64 limit, u
         outcome.named.push_back(line);
 }
 
-bool MeshReport::isGood() const
+bool KelMeshReport::isGood() const
 {
     return std::all_of(_outcomes.begin(), _outcomes.end(),
                        [](const Outcome& outcome) { return outcome.offenders == 0; });
 }
 
-} // namespace meridyn::tool
+} // namespace meridyn

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace meridyn::tool {
+namespace meridyn::mesh {
 
 /// A point or a direction; z is 0 in two dimensions.
 struct Vector3 {
@@ -52,4 +52,4 @@ inline bool isFinite(const Vector3& a)
     return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z);
 }
 
-} // namespace meridyn::tool
+} // namespace meridyn::mesh

@@ -6,6 +6,7 @@
 //
 // A reader does all this by itself once setSolverType and setVariableTarget are called; a format asks the provider for
 // the names that it needs, as below.
+#include "KelAttributes.h"
 #include "KelProvider.h"
 #include "KelVariableAttributeProvider.h"
 
@@ -22,7 +23,7 @@ public:
         std::cout << "QUORIX -> " << target << "\n";
         for (const char* name : {"TEMP", "p", "Vel", "Mach"})
             std::cout << "  " << name << ": " << attributeProvider()->getMappedKey(name) << ", '"
-                      << attributeProvider()->getAttributeValue(name, "Long Name") << "'\n";
+                      << attributeProvider()->getAttributeValue(name, meridyn::KelAttributes::longName) << "'\n";
     }
 };
 

@@ -1,6 +1,7 @@
 // Two cubes beside each other, with a pressure and a velocity at two times, handed to any writer.
 #pragma once
 
+#include "KelAttributes.h"
 #include "KelConsumer.h"
 
 #include <string>
@@ -101,7 +102,7 @@ inline void writeSolution(meridyn::KelConsumer& writer)
     writer.setPhaseNames({"water"}, phases);
     writer.addPhaseVariable(phases[0], "pressure", pressure);
     writer.addPhaseVariable(phases[0], "velocity", velocity);
-    writer.setAttributeValueOfPhaseVariable(pressure, "Unit", "Pa");
+    writer.setAttributeValueOfPhaseVariable(pressure, meridyn::KelAttributes::units, "Pa");
 
     for (const int timeLevel : {10, 20}) {
         writer.startWritingTimeLevel(timeLevel);

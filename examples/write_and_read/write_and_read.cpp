@@ -2,6 +2,7 @@
 // the name of the file change.
 
 #include "../trace/two_cubes.h"
+#include "KelAttributes.h"
 #include "KelMemoryConsumer.h"
 #include "KelMemoryProvider.h"
 
@@ -56,7 +57,7 @@ static void printValues(KelMemoryProvider& reader, int variableId)
 {
     std::string name;
     std::vector<int> zones;
-    reader.getAttributeValueOfPhaseVariable(variableId, "Dataset Name", name);
+    reader.getAttributeValueOfPhaseVariable(variableId, KelAttributes::datasetName, name);
     const unsigned64 size = reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, variableId, zones);
     for (const int zone : zones) {
         double values[16];

@@ -1,6 +1,7 @@
 #include "KelGeneratedProvider.h"
 
 #include "BoxMesh.h"
+#include "KelAttributes.h"
 #include "KelLocationModel.h"
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
@@ -111,7 +112,7 @@ bool KelGeneratedProvider::declareSolution()
         for (int field = 1; field <= box.fields; ++field) {
             int variableId = 0;
             model.createVariable(phaseId, "field-" + std::to_string(field), variableId);
-            model.addAttributeOfVariable(variableId, "Long Name", "Field " + std::to_string(field));
+            model.addAttributeOfVariable(variableId, KelAttributes::longName, "Field " + std::to_string(field));
             addVariableOfCategory(variableId, KEL_CELL_ZONE);
         }
     }

@@ -14,23 +14,17 @@ namespace meridyn {
 
 namespace {
 
+/// What the class of a field and the type of its lists say of one entry.
 struct Rank {
     const char* className; ///< between the place and "Field"
     const char* typeName;
-    std::vector<std::string> suffixes;
+    unsigned components;
 };
 
-const std::vector<Rank>& ranks()
-{
-    static const std::vector<Rank> all = {
-        {"Scalar", "scalar", {""}},
-        {"Vector", "vector", {"-x", "-y", "-z"}},
-        {"SphericalTensor", "sphericalTensor", {"-ii"}},
-        {"SymmTensor", "symmTensor", {"-xx", "-xy", "-xz", "-yy", "-yz", "-zz"}},
-        {"Tensor", "tensor", {"-xx", "-xy", "-xz", "-yx", "-yy", "-yz", "-zx", "-zy", "-zz"}},
-    };
-    return all;
-}
+constexpr Rank ranks[] = {
+    {"Scalar", "scalar", 1},         {"Vector", "vector", 3}, {"SphericalTensor", "sphericalTensor", 1},
+    {"SymmTensor", "symmTensor", 6}, {"Tensor", "tensor", 9},
+};
 
 /// Reads "[0 1 -1 0 0 0 0]": exponents of kg, m, s, K, mol, A, cd.
 std::string readUnits(FoamReader& reader)
@@ -69,7 +63,7 @@ FieldValues readValues(FoamReader& reader, const FieldKind& kind, const char* wh
             const auto isType = [&](const Rank& rank) {
                 return type == std::string("List<") + rank.typeName + ">" && rank.className == std::string(kind.rank);
             };
-            if (std::none_of(ranks().begin(), ranks().end(), isType))
+            if (std::none_of(std::begin(ranks), std::end(ranks), isType))
                 reader.fail(std::string("expected a list of ") + std::to_string(kind.components) +
                             " values per entry as " + what + ", found '" + type + "'");
         }
@@ -156,10 +150,9 @@ FieldKind FieldKind::of(const std::string& className)
         name.resize(name.size() - inner.size());
     for (const auto& [prefix, place] :
          {std::pair{std::string("vol"), Cells}, {std::string("surface"), Faces}, {std::string("point"), Points}})
-        for (const Rank& rank : ranks())
+        for (const Rank& rank : ranks)
             if (name == prefix + rank.className + "Field")
-                return {place, static_cast<unsigned>(rank.suffixes.size()), !isInner && place != Points,
-                        rank.className};
+                return {place, rank.components, !isInner && place != Points, rank.className};
     return {};
 }
 
@@ -168,11 +161,9 @@ bool FieldKind::isScalar() const
     return std::string(rank) == "Scalar";
 }
 
-std::vector<std::string> FieldKind::suffixes() const
+bool FieldKind::isSphericalTensor() const
 {
-    const auto isOurs = [this](const Rank& other) { return other.className == std::string(rank); };
-    const auto found = std::find_if(ranks().begin(), ranks().end(), isOurs);
-    return found != ranks().end() ? found->suffixes : std::vector<std::string>{};
+    return std::string(rank) == "SphericalTensor";
 }
 
 FieldHead FieldHead::read(const std::string& path)

@@ -27,8 +27,8 @@ struct FieldKind {
     /// The kind of "volVectorField" and its like; place None for any other class.
     static FieldKind of(const std::string& className);
 
-    /// What is put behind the name of a field to name its components: "-x"; one empty text for scalars.
-    std::vector<std::string> suffixes() const;
+    /// Whether each entry is one number that stands for a tensor: it times the unit tensor.
+    bool isSphericalTensor() const;
 };
 
 /// The head of a field file: what it holds, without its values.

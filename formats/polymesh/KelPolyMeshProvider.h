@@ -31,8 +31,8 @@ namespace meridyn {
 ///           name of each folder by level.
 /// Phases    One, "phase-1"; or, where fields are named like alpha.water or U.water, one per such ending, and the
 ///           mixture for fields without one.
-/// Variables Scalar fields are variables of their name; other fields one per component, like "U-x" and "R-xy", with the
-///           attribute "Parent Name". Fields of cells have their boundary values on the face zones of the patches.
+/// Variables Each field is a variable of its name; vectors have 3 values per element, tensors 6 or 9, and the attribute
+///           "Component Names". Fields of cells have their boundary values on the face zones of the patches.
 /// Settings  Dictionaries in system and constant are settings of the case: the dictionary's name is the group, the path
 ///           in it the key. The same are settings of this object, through the parser KelPolyMeshProvider::parserName.
 /// Reports   A file that cannot be read posts a KelError that names it, the line or byte, what was expected and what

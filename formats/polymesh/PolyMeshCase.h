@@ -20,12 +20,6 @@ namespace meridyn {
 struct KelPolyMeshProvider::Case {
     explicit Case(const std::string& path) : folder(path) {}
 
-    /// One variable of the solution model: a component of a field.
-    struct Variable {
-        std::size_t field;
-        unsigned component;
-    };
-
     /// A set of the case: a zone that may overlap others.
     struct Set {
         std::string name;
@@ -40,7 +34,7 @@ struct KelPolyMeshProvider::Case {
     std::unique_ptr<CellShapes> shapes;
 
     FieldCatalog catalog;
-    std::map<int, Variable> variables;
+    std::map<int, std::size_t> variables; ///< by variable id: the place of its field in the catalog
 
     // The field that was read last, and its time level.
     std::unique_ptr<FieldFile> field;
@@ -50,7 +44,6 @@ struct KelPolyMeshProvider::Case {
     // The variable that is being read.
     bool isReadingVariable = false;
     KelZoneCategory category = KEL_CELL_ZONE;
-    unsigned component = 0;
     std::vector<std::pair<const PolyPatch*, FieldFile::OnPatch>> patches; ///< those with values, by face
 
     std::vector<Set> sets;
@@ -95,9 +88,11 @@ struct KelPolyMeshProvider::Case {
 
     /// @name Values of the variable that is being read; elements count from 0
     /// @{
-    double innerValue(std::uint64_t element) const;
-    double cellValue(std::uint64_t cell) const;
-    std::optional<double> faceValue(std::uint64_t face) const; ///< none where it has none
+    /// As many values as the field has components; null where there are none.
+    const double* innerValues(std::uint64_t element) const;
+    const double* cellValues(std::uint64_t cell) const;
+    const double* faceValues(std::uint64_t face) const;
+    const double* valuesOf(std::uint64_t element) const; ///< of the category that is being read
     /// @}
 };
 

@@ -1,6 +1,8 @@
 // Phases, variables, time levels and values of KelPolyMeshProvider.
 #include "FoamError.h"
 #include "Guarded.h"
+#include "KelAttributes.h"
+#include "KelComponents.h"
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelPolyMeshProvider.h"
@@ -16,45 +18,29 @@ namespace {
 
 constexpr const char* onlyPhase = "phase-1";
 
-/// The names of a field's variables, or, where a name is taken, those with the name of its file.
-std::vector<int> createVariables(KelSolutionModel& model, short phase, const FieldCatalog::Field& field)
+/// Makes the variable of a field: named after it or, where that name is taken, after its file.
+int createVariable(KelSolutionModel& model, short phase, const FieldCatalog::Field& field)
 {
-    for (const std::string& stem : {field.stem, field.file, field.file + " (field)"}) {
-        std::vector<int> ids;
-        int id = 0;
-        const std::vector<std::string> suffixes = field.head.kind.suffixes();
-        if (std::any_of(suffixes.begin(), suffixes.end(), [&](const std::string& suffix) {
-                return model.findVariableByUniqueName(phase, stem + suffix, id);
-            }))
-            continue;
-        for (const std::string& suffix : suffixes)
-            if (model.createVariable(phase, stem + suffix, id))
-                ids.push_back(id);
-        return ids;
-    }
-    return {};
+    int id = 0;
+    for (const std::string& name : {field.stem, field.file, field.file + " (field)"})
+        if (model.createVariable(phase, name, id))
+            break;
+    return id;
 }
 
-void describeVariables(KelSolutionModel& model, const std::vector<int>& ids, const FieldCatalog::Field& field)
+void describeVariable(KelSolutionModel& model, int id, const FieldCatalog::Field& field)
 {
-    const std::vector<std::string> suffixes = field.head.kind.suffixes();
-    std::string names;
-    for (const int id : ids) {
-        std::string name;
-        model.getUniqueNameOfVariable(id, name);
-        names += (names.empty() ? "" : ",") + name;
-    }
-    for (std::size_t n = 0; n < ids.size(); ++n) {
-        const bool isComponent = !suffixes[n].empty();
-        model.addAttributeOfVariable(
-            ids[n], "Long Name", field.file + (isComponent ? ", component " + suffixes[n].substr(1) : std::string()));
-        if (!field.head.units.empty())
-            model.addAttributeOfVariable(ids[n], "Units", field.head.units);
-        if (isComponent) {
-            model.addAttributeOfVariable(ids[n], "Parent Name", field.stem);
-            model.addAttributeOfVariable(ids[n], "Component Names", names);
-        }
-    }
+    std::string name;
+    model.getUniqueNameOfVariable(id, name);
+    model.addAttributeOfVariable(id, KelAttributes::longName, field.file);
+    if (!field.head.units.empty())
+        model.addAttributeOfVariable(id, KelAttributes::units, field.head.units);
+    const unsigned count = field.head.kind.components;
+    if (count > 1)
+        model.addAttributeOfVariable(id, KelAttributes::componentNames,
+                                     joinComponentNames(componentNames(name, count)));
+    else if (field.head.kind.isSphericalTensor())
+        model.addAttributeOfVariable(id, KelAttributes::componentNames, joinComponentNames({name + "-ii"}));
 }
 
 } // namespace
@@ -77,25 +63,23 @@ bool KelPolyMeshProvider::declareSolution()
     for (const std::string& name : hasPhases ? _case->catalog.phases : std::vector<std::string>{onlyPhase}) {
         short phase = 0;
         model.createPhase(name, phase); // before the mixture's first variable, which would shift the ids
-        model.addAttributeOfPhase(phase, "Long Name", name);
+        model.addAttributeOfPhase(phase, KelAttributes::longName, name);
     }
     for (std::size_t n = 0; n < _case->catalog.fields.size(); ++n) {
         const FieldCatalog::Field& field = _case->catalog.fields[n];
         short phase = hasPhases ? -1 : 1;
         if (!field.phase.empty())
             model.findPhaseByUniqueName(field.phase, phase);
-        const std::vector<int> ids = createVariables(model, phase, field);
-        describeVariables(model, ids, field);
-        for (std::size_t component = 0; component < ids.size(); ++component) {
-            const FieldKind& kind = field.head.kind;
-            _case->variables[ids[component]] = {n, static_cast<unsigned>(component)};
-            if (kind.place == FieldKind::Cells)
-                addVariableOfCategory(ids[component], KEL_CELL_ZONE);
-            if (kind.place == FieldKind::Faces || (kind.place == FieldKind::Cells && kind.hasBoundary))
-                addVariableOfCategory(ids[component], KEL_FACE_ZONE);
-            if (kind.place == FieldKind::Points)
-                addVariableOfCategory(ids[component], KEL_NODE_ZONE);
-        }
+        const int id = createVariable(model, phase, field);
+        describeVariable(model, id, field);
+        _case->variables[id] = n;
+        const FieldKind& kind = field.head.kind;
+        if (kind.place == FieldKind::Cells)
+            addVariableOfCategory(id, KEL_CELL_ZONE);
+        if (kind.place == FieldKind::Faces || (kind.place == FieldKind::Cells && kind.hasBoundary))
+            addVariableOfCategory(id, KEL_FACE_ZONE);
+        if (kind.place == FieldKind::Points)
+            addVariableOfCategory(id, KEL_NODE_ZONE);
     }
     return setActivePhase(short{1});
 }
@@ -171,48 +155,54 @@ unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(Kel
     if (variable == _case->variables.end())
         return 0;
     guarded(*this, "startReadingZonesOfCategoryWithPhaseVariable", [&] {
-        if (!_case->readField(variable->second.field, getTimeLevel()))
+        if (!_case->readField(variable->second, getTimeLevel()))
             return false;
         _case->category = category;
-        _case->component = variable->second.component;
         _case->findZones(zoneIds);
         _case->isReadingVariable = !zoneIds.empty();
         return true;
     });
-    return _case->isReadingVariable ? 1 : 0;
+    return _case->isReadingVariable ? _case->field->kind.components : 0;
 }
 
-double KelPolyMeshProvider::Case::innerValue(std::uint64_t element) const
+const double* KelPolyMeshProvider::Case::innerValues(std::uint64_t element) const
 {
     const FieldValues& inner = field->inner;
-    return inner.values[(inner.isUniform ? 0 : element * field->kind.components) + component];
+    return inner.values.data() + (inner.isUniform ? 0 : element * field->kind.components);
 }
 
 /// Cells are ordered by zones here, and as the case likes in its files.
-double KelPolyMeshProvider::Case::cellValue(std::uint64_t cell) const
+const double* KelPolyMeshProvider::Case::cellValues(std::uint64_t cell) const
 {
-    return innerValue(mesh->caseCells.empty() ? cell : mesh->caseCells[cell]);
+    return innerValues(mesh->caseCells.empty() ? cell : mesh->caseCells[cell]);
 }
 
 /// A patch gives the values of its faces, one by one or as its condition says; other faces have some in fields of
 /// faces.
-std::optional<double> KelPolyMeshProvider::Case::faceValue(std::uint64_t face) const
+const double* KelPolyMeshProvider::Case::faceValues(std::uint64_t face) const
 {
+    static constexpr double zeros[9] = {};
     if (face < mesh->interiorCount())
-        return field->kind.place == FieldKind::Faces ? std::optional(innerValue(face)) : std::nullopt;
+        return field->kind.place == FieldKind::Faces ? innerValues(face) : nullptr;
     const auto next = std::upper_bound(patches.begin(), patches.end(), face,
                                        [](std::uint64_t id, const auto& patch) { return id < patch.first->first; });
     if (next == patches.begin())
-        return std::nullopt;
+        return nullptr;
     const auto& [patch, on] = *std::prev(next);
     if (face >= patch->first + patch->count)
-        return std::nullopt;
+        return nullptr;
     if (on.source == FieldFile::OnPatch::Cell)
-        return cellValue(mesh->owner[face]);
+        return cellValues(mesh->owner[face]);
     if (on.source == FieldFile::OnPatch::Zero)
-        return 0.0;
-    const std::uint64_t entry = on.stored->isUniform ? 0 : (face - patch->first) * field->kind.components;
-    return on.stored->values[entry + component];
+        return zeros;
+    return on.stored->values.data() + (on.stored->isUniform ? 0 : (face - patch->first) * field->kind.components);
+}
+
+const double* KelPolyMeshProvider::Case::valuesOf(std::uint64_t element) const
+{
+    return category == KEL_CELL_ZONE   ? cellValues(element)
+           : category == KEL_NODE_ZONE ? innerValues(element)
+                                       : faceValues(element);
 }
 
 unsigned64 KelPolyMeshProvider::Case::elementCount(KelZoneCategory of) const
@@ -220,18 +210,19 @@ unsigned64 KelPolyMeshProvider::Case::elementCount(KelZoneCategory of) const
     return of == KEL_CELL_ZONE ? mesh->cellCount : of == KEL_NODE_ZONE ? mesh->pointCount() : mesh->faceCount();
 }
 
-/// None when one of the elements has none.
+/// Of whole elements, as many as fit; none when one of them has none.
 unsigned64 KelPolyMeshProvider::Case::giveValues(unsigned64 first, unsigned64 last, const KelBuffer& values) const
 {
-    if (category == KEL_CELL_ZONE)
-        return fillSingle(first, last, values, [this](unsigned64 id) { return cellValue(id - 1); });
-    if (category == KEL_NODE_ZONE)
-        return fillSingle(first, last, values, [this](unsigned64 id) { return innerValue(id - 1); });
-    const unsigned64 count = std::min(last - first + 1, values.capacity);
-    for (unsigned64 n = 0; n < count; ++n)
-        if (!faceValue(first - 1 + n))
-            return 0;
-    return fillSingle(first, last, values, [this](unsigned64 id) { return *faceValue(id - 1); });
+    const unsigned components = field->kind.components;
+    const unsigned64 count = std::min(last - first + 1, values.capacity / components);
+    if (category == KEL_FACE_ZONE)
+        for (unsigned64 n = 0; n < count; ++n)
+            if (faceValues(first - 1 + n) == nullptr)
+                return 0;
+    return fillLists(first, last, values, [&](unsigned64 id) {
+        const double* const begin = valuesOf(id - 1);
+        return std::pair(begin, begin + components);
+    });
 }
 
 } // namespace meridyn

@@ -1,3 +1,4 @@
+#include "KelAttributes.h"
 #include "KelConsumer.h"
 #include "KelSolutionModel.h"
 #include "KelVariableAttributeProvider.h"
@@ -21,7 +22,7 @@ bool KelConsumer::addPhaseName(const std::string& name, short& phaseId) const
         return true;
     if (!solutionModel()->createPhase(name, phaseId))
         return false;
-    setAttributeValueOfPhase(phaseId, "Long Name", name);
+    setAttributeValueOfPhase(phaseId, KelAttributes::longName, name);
     return true;
 }
 
@@ -117,8 +118,8 @@ void KelConsumer::copyProviderAttributes(const std::string& name, int variableId
     for (const std::string& attribute : attributes)
         setAttributeValueOfPhaseVariable(variableId, attribute,
                                          attributeProvider()->getAttributeValue(name, attribute));
-    if (std::find(attributes.begin(), attributes.end(), "Long Name") == attributes.end())
-        setAttributeValueOfPhaseVariable(variableId, "Long Name", name);
+    if (std::find(attributes.begin(), attributes.end(), KelAttributes::longName) == attributes.end())
+        setAttributeValueOfPhaseVariable(variableId, KelAttributes::longName, name);
 }
 
 bool KelConsumer::setPhaseVariablesOfCategory(KelZoneCategory category, const std::vector<std::string>& names) const

@@ -1,6 +1,7 @@
 #include "KelProvider.h"
 
 #include "io/ZoneRange.h"
+#include "KelAttributes.h"
 #include "KelSolutionModel.h"
 #include "KelVariableAttributeProvider.h"
 #include "KelVariableRecipe.h"
@@ -178,8 +179,8 @@ bool KelProvider::getAttributeValueOfPhaseVariable(int variableId, const std::st
         applyVariableRecipe(variableId, attribute, value);
         return !value.empty();
     }
-    if (provider != nullptr && attribute == "User Visible") {
-        value = provider->getDefaultVariableVisibility() ? "True" : "False";
+    if (provider != nullptr && attribute == KelAttributes::userVisible) {
+        value = provider->getDefaultVariableVisibility() ? KelAttributes::yes : KelAttributes::no;
         return true; // kept: no recipe sees the default
     }
     return false;
@@ -218,11 +219,11 @@ bool KelProvider::getAttributeValueOfPhaseVariable(const std::string& variableNa
 
 void KelProvider::applyVariableRecipe(int variableId, std::string attribute, std::string& value) const
 {
-    if (attribute == "Recipe") {
+    if (attribute == KelAttributes::recipe) {
         return; // the name of a recipe is never rewritten, least of all by itself
     }
     std::string recipeName;
-    if (!getAttributeValueOfPhaseVariable(variableId, "Recipe", recipeName) || recipeName.empty() ||
+    if (!getAttributeValueOfPhaseVariable(variableId, KelAttributes::recipe, recipeName) || recipeName.empty() ||
         _variableRecipeProvider == nullptr) {
         return;
     }

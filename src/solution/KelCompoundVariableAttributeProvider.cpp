@@ -1,5 +1,7 @@
 #include "KelCompoundVariableAttributeProvider.h"
 
+#include "KelAttributes.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -85,7 +87,7 @@ std::string KelCompoundVariableAttributeProvider::getAttributeValue(const std::s
 {
     const std::string keyOfSecond = keyForSecond(_first.get(), key);
     // How a variable is built from others is phrased in the names of the source.
-    const bool preferFirst = attribute == "Component Names" || attribute == "Parent Name";
+    const bool preferFirst = attribute == KelAttributes::componentNames || attribute == KelAttributes::parentName;
     if (preferFirst) {
         const std::string value = attributeValueOf(_first.get(), key, attribute);
         return value.empty() ? attributeValueOf(_second.get(), keyOfSecond, attribute) : value;

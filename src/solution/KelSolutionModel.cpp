@@ -1,5 +1,7 @@
 #include "KelSolutionModel.h"
 
+#include "KelAttributes.h"
+
 #include <limits>
 #include <map>
 #include <set>
@@ -9,7 +11,7 @@ namespace meridyn {
 
 static const short mixturePhase = -1;
 static const char mixtureName[] = "<Mixture>";
-static const char datasetName[] = "Dataset Name";
+using KelAttributes::datasetName;
 
 using Attributes = std::map<std::string, std::string>;
 

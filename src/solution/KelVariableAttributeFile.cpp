@@ -1,5 +1,6 @@
 #include "KelVariableAttributeFile.h"
 
+#include "KelAttributes.h"
 #include "solution/MappingDocument.h"
 
 #include <algorithm>
@@ -47,7 +48,7 @@ void KelVariableAttributeFile::Contents::takeHeader(const Texts& header)
             defaultVariableVisibility = isTrue(value);
     }
     if (attributeNameOfMappedKey.empty() && target == "MERIDYN_GENERIC")
-        attributeNameOfMappedKey = "Common Name";
+        attributeNameOfMappedKey = KelAttributes::commonName;
 }
 
 void KelVariableAttributeFile::Contents::moveEntries(Texts& entries)
@@ -106,7 +107,7 @@ std::string KelVariableAttributeFile::getMappedKey(const std::string& key)
 
 std::string KelVariableAttributeFile::getDatasetName(const std::string& key)
 {
-    const std::string name = getAttributeValue(key, "Dataset Name");
+    const std::string name = getAttributeValue(key, KelAttributes::datasetName);
     return name.empty() ? key : name;
 }
 

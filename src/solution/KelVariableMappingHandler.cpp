@@ -1,5 +1,7 @@
 #include "solution/KelVariableMappingHandler.h"
 
+#include "KelAttributes.h"
+
 #include <algorithm>
 #include <iterator>
 #include <xercesc/sax/AttributeList.hpp>
@@ -89,7 +91,7 @@ void KelVariableMappingHandler::moveVariable(Texts& scope)
     auto place = _document.entries.lower_bound(prefix); // the entries of one variable follow one another
     while (!scope.empty()) {
         auto entry = scope.extract(scope.begin());
-        if (entry.key() == "Dataset Name") // '/' would be a path in a file
+        if (entry.key() == KelAttributes::datasetName) // '/' would be a path in a file
             std::replace(entry.mapped().begin(), entry.mapped().end(), '/', ' ');
         entry.key().insert(0, prefix);
         place = std::next(moveEntry(std::move(entry), _document.entries, place));

@@ -3,6 +3,7 @@
 #include "formats/hdf5/file/Attributes.h"
 #include "formats/hdf5/file/FormatError.h"
 #include "formats/hdf5/file/Hdf5File.h"
+#include "KelAttributes.h"
 
 #include <algorithm>
 #include <climits>
@@ -12,7 +13,7 @@ namespace meridyn::hdf5 {
 
 namespace {
 
-const char datasetAttribute[] = "Dataset Name";
+using KelAttributes::datasetName;
 
 // '#' counts the arrays of a field, see FieldArray.
 template <class Entries>
@@ -58,7 +59,7 @@ void loadAttributes(hid_t group, Entry& entry)
 
 std::string datasetOf(const std::map<std::string, std::string>& attributes)
 {
-    const auto found = attributes.find(datasetAttribute);
+    const auto found = attributes.find(datasetName);
     return found == attributes.end() ? std::string() : found->second;
 }
 

@@ -39,7 +39,7 @@ TEST_F(MemoryData, PhasesVariablesAndTheirAttributes)
     writer.addPhaseVariable(short(-1), "t", t);
     writer.setAttributeValueOfPhase(short(2), "State", "liquid");
     writer.setDatasetNameOfPhase(1, "phase-1");
-    writer.setAttributeValueOfPhaseVariable(p, "Unit", "Pa");
+    writer.setAttributeValueOfPhaseVariable(p, "Units", "Pa");
     writer.setDatasetNameOfVariable(q, "SV_Q");
     writer.setPhaseVariablesOfCategory(KEL_CELL_ZONE, std::vector<int>{p});
     writer.setPhaseVariablesOfCategory(KEL_FACE_ZONE, std::vector<int>{p});
@@ -60,7 +60,7 @@ TEST_F(MemoryData, PhasesVariablesAndTheirAttributes)
     EXPECT_EQ(text, "liquid");
     EXPECT_TRUE(reader.getDatasetNameOfPhase(1, text));
     EXPECT_EQ(text, "phase-1");
-    EXPECT_TRUE(reader.getAttributeValueOfPhaseVariable(p, "Unit", text));
+    EXPECT_TRUE(reader.getAttributeValueOfPhaseVariable(p, "Units", text));
     EXPECT_EQ(text, "Pa");
     EXPECT_TRUE(reader.getDatasetNameOfVariable(q, text));
     EXPECT_EQ(text, "SV_Q");

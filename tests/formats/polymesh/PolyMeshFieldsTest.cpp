@@ -60,7 +60,7 @@ TEST(PolyMeshFields, BoundaryValuesWhereTheyAreKnown)
     }
 }
 
-TEST(PolyMeshFields, VectorsAndTensorsAreComponents)
+TEST(PolyMeshFields, VectorsAndTensorsAreOneVariable)
 {
     const SmallCase small;
     small.write("1/U", SmallCase::field("volVectorField", "nonuniform List<vector> 2((1 2 3)(4 5 6))",
@@ -72,21 +72,44 @@ TEST(PolyMeshFields, VectorsAndTensorsAreComponents)
     ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
     std::vector<std::string> names;
     reader.getPhaseVariablesOfCategory(KEL_CELL_ZONE, names);
-    EXPECT_THAT(names, ElementsAre("G-xx", "G-xy", "G-xz", "G-yx", "G-yy", "G-yz", "G-zx", "G-zy", "G-zz", "R-xx",
-                                   "R-xy", "R-xz", "R-yy", "R-yz", "R-zz", "U-x", "U-y", "U-z"));
-    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U-y"), ElementsAre(2, 5));
-    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "R-yy"), ElementsAre(4, 4));
-    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "G-zx"), ElementsAre(7, 7));
+    EXPECT_THAT(names, ElementsAre("G", "R", "U"));
     std::vector<int> zones;
-    EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "U-z", &zones), ElementsAre(0, 9, 9, 9, 9, 9, 9, 9, 9));
+    EXPECT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, "G", zones), 9u);
+    EXPECT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, "R", zones), 6u);
+    EXPECT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, "U", zones), 3u);
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U"), ElementsAre(1, 2, 3, 4, 5, 6));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "R"), ElementsAre(1, 2, 3, 4, 5, 6, 1, 2, 3, 4, 5, 6));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "G"),
+                ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2, 3, 4, 5, 6, 7, 8, 9));
+    const std::vector<double> ofFaces = valuesOf(reader, KEL_FACE_ZONE, "U", &zones);
+    ASSERT_EQ(ofFaces.size(), 27u);
+    EXPECT_THAT(std::vector<double>(ofFaces.begin(), ofFaces.begin() + 6), ElementsAre(0, 0, 0, 7, 8, 9));
     EXPECT_THAT(zones, ElementsAre(3, 5)); // what slip leaves of a vector needs the normals
-    EXPECT_EQ(attribute(reader, "U-z", "Parent Name"), "U");
-    EXPECT_EQ(attribute(reader, "U-z", "Component Names"), "U-x,U-y,U-z");
-    EXPECT_EQ(attribute(reader, "U-z", "Long Name"), "U, component z");
-    EXPECT_EQ(attribute(reader, "U-z", "Units"), "m s^-1");
+    EXPECT_EQ(attribute(reader, "U", "Parent Name"), "");
+    EXPECT_EQ(attribute(reader, "U", "Component Names"), "U-x,U-y,U-z");
+    EXPECT_EQ(attribute(reader, "R", "Component Names"), "R-xx,R-xy,R-xz,R-yy,R-yz,R-zz");
+    EXPECT_EQ(attribute(reader, "G", "Component Names"), "G-xx,G-xy,G-xz,G-yx,G-yy,G-yz,G-zx,G-zy,G-zz");
+    EXPECT_EQ(attribute(reader, "U", "Long Name"), "U");
+    EXPECT_EQ(attribute(reader, "U", "Units"), "m s^-1");
 }
 
-TEST(PolyMeshFields, SphericalTensorsAreOneComponentInParentheses)
+TEST(PolyMeshFields, ABufferGetsWholeVectors)
+{
+    const SmallCase small;
+    small.write("1/U", SmallCase::field("volVectorField", "nonuniform List<vector> 2((1 2 3)(4 5 6))"));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    std::vector<int> zones;
+    ASSERT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, "U", zones), 3u);
+    double values[6] = {-1, -1, -1, -1, -1, -1};
+    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(1, 2, values, 5), 3u);
+    EXPECT_THAT(values, ElementsAre(1, 2, 3, -1, -1, -1));
+    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(1, 2, values, 2), 0u);
+    EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInRange(2, 2, values, 6), 3u);
+    EXPECT_THAT(values, ElementsAre(4, 5, 6, -1, -1, -1));
+}
+
+TEST(PolyMeshFields, SphericalTensorsAreOneNumberInParentheses)
 {
     const SmallCase small;
     small.write("1/S", SmallCase::field("volSphericalTensorField", "nonuniform List<sphericalTensor> 2((3)(4))",
@@ -96,13 +119,13 @@ TEST(PolyMeshFields, SphericalTensorsAreOneComponentInParentheses)
     ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
     std::vector<std::string> names;
     reader.getPhaseVariablesOfCategory(KEL_CELL_ZONE, names);
-    EXPECT_THAT(names, ElementsAre("S-ii", "T-ii"));
-    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "S-ii"), ElementsAre(3, 4));
-    EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "S-ii"), ElementsAre(7));
-    EXPECT_EQ(attribute(reader, "S-ii", "Long Name"), "S, component ii");
-    EXPECT_EQ(attribute(reader, "S-ii", "Component Names"), "S-ii");
+    EXPECT_THAT(names, ElementsAre("S", "T"));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "S"), ElementsAre(3, 4));
+    EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "S"), ElementsAre(7));
+    EXPECT_EQ(attribute(reader, "S", "Long Name"), "S");
+    EXPECT_EQ(attribute(reader, "S", "Component Names"), "S-ii"); // tells it from a scalar
     EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
-    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "T-ii"), IsEmpty());
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "T"), IsEmpty());
     EXPECT_THAT(reader.getErrors(false, true), ElementsAre(small.file("1/T") + ": line 3: expected '(', found '3'"));
 }
 
@@ -204,9 +227,9 @@ TEST(PolyMeshFields, EndingsOfNamesArePhases)
     reader.startReadingPhase(-1);
     reader.getPhaseVariablesOfCategory(KEL_CELL_ZONE, names);
     EXPECT_THAT(names, ::testing::UnorderedElementsAre("k.gas", "p"));
-    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U-x"), IsEmpty()); // of another phase
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U"), IsEmpty()); // of another phase
     reader.startReadingPhase(2);
-    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U-x"), ElementsAre(1, 1));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U"), ElementsAre(1, 2, 3, 1, 2, 3));
 }
 
 } // namespace

@@ -51,7 +51,7 @@ void readAll(meridyn::KelPolyMeshProvider& reader)
     reader.getFaceCellZone0Ids(2, beside);
     reader.getLocationModel();
     for (const KelZoneCategory category : {KEL_FACE_ZONE, KEL_CELL_ZONE})
-        for (const char* name : {"p", "U-x"}) {
+        for (const char* name : {"p", "U"}) {
             std::vector<int> zones;
             reader.startReadingZonesOfCategoryWithPhaseVariable(category, name, zones);
             for (const int zone : zones)

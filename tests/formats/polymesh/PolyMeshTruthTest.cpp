@@ -1,4 +1,5 @@
 // Every case that is kept here against what the tools that wrote it say about it, in its truth.json.
+#include "KelComponents.h"
 #include "MeshGeometry.h"
 
 #include <gmock/gmock.h>
@@ -22,7 +23,7 @@ std::string folderOf(const std::string& name)
     return std::string(KEL_SOURCE_DIR) + "/tests/data/polymesh/" + name;
 }
 
-/// The phase and the variable of a field file; component 'x' to 'z', or 0 for a scalar.
+/// The phase and the variable of a field file.
 struct Variable {
     std::string phase, name;
 };
@@ -298,16 +299,15 @@ public:
             if (static_cast<const KelProvider&>(reader).getPhaseName(id) == variable.phase)
                 phase = id;
         EXPECT_TRUE(reader.startReadingPhase(phase)) << variable.phase;
-        for (unsigned c = 0; c < components; ++c) {
-            values.emplace_back(elements, std::nan(""));
-            const std::string name =
-                components == 1 ? variable.name : variable.name + "-" + std::string(1, static_cast<char>('x' + c));
-            EXPECT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(category, name, zoneIds), 1u) << name;
-            for (const int id : zoneIds) {
-                const MeshGeometry::Zone zone = MeshGeometry::zone(reader, id);
-                EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInZone(id, &values[c][zone.first - 1], zone.count),
-                          zone.count);
-            }
+        EXPECT_EQ(reader.startReadingZonesOfCategoryWithPhaseVariable(category, variable.name, zoneIds), components)
+            << variable.name;
+        values.assign(components, std::vector<double>(elements, std::nan("")));
+        for (const int id : zoneIds) {
+            const MeshGeometry::Zone zone = MeshGeometry::zone(reader, id);
+            std::vector<double> all(components * zone.count);
+            EXPECT_EQ(reader.getValuesOfPhaseVariableForElementsInZone(id, all.data(), all.size()), all.size());
+            for (unsigned c = 0; c < components; ++c)
+                splitComponent(all.data(), zone.count, components, c, &values[c][zone.first - 1]);
         }
     }
 

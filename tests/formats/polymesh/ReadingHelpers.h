@@ -57,16 +57,17 @@ inline Ids rangeOf(const KelProvider& reader, int zone)
     return {first, last};
 }
 
-/// Values of a variable of the active phase, zone after zone.
+/// Values of a variable of the active phase, zone after zone, all components of an element together.
 inline std::vector<double> valuesOf(KelProvider& reader, KelZoneCategory category, const std::string& name,
                                     std::vector<int>* zones = nullptr)
 {
     std::vector<int> ids;
     std::vector<double> values;
-    if (reader.startReadingZonesOfCategoryWithPhaseVariable(category, name, ids) == 0)
+    const unsigned64 components = reader.startReadingZonesOfCategoryWithPhaseVariable(category, name, ids);
+    if (components == 0)
         ids.clear();
     for (const int id : ids) {
-        std::vector<double> part(12);
+        std::vector<double> part(12 * components);
         part.resize(reader.getValuesOfPhaseVariableForElementsInZone(id, part.data(), part.size()));
         values.insert(values.end(), part.begin(), part.end());
     }

@@ -1,5 +1,6 @@
 #include "KelSettingsParser.h"
 #include "support/RecordingProvider.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +8,6 @@
 #include <fstream>
 #include <map>
 #include <sstream>
-#include <unistd.h>
 
 namespace meridyn {
 namespace {
@@ -197,17 +197,7 @@ TEST(ProviderSettingsOfAFormat, GetSettingIsReachedThroughTheVirtualTableOnce)
 
 class ProviderDump : public ProviderSettings {
 protected:
-    std::filesystem::path folder;
-
-    void SetUp() override
-    {
-        ProviderSettings::SetUp();
-        std::string name = (std::filesystem::temp_directory_path() / "kel-dump-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(name.data()), nullptr);
-        folder = name;
-    }
-
-    void TearDown() override { std::filesystem::remove_all(folder); }
+    const TemporaryFolder folder;
 };
 
 TEST_F(ProviderDump, DumpWritesTheSettingsOfTheBaseAsXml)
@@ -228,10 +218,10 @@ TEST_F(ProviderDump, DumpToAPathThatCannotBeWrittenIsSilent)
 {
     ::testing::internal::CaptureStdout();
     ::testing::internal::CaptureStderr();
-    reader.dump((folder / "missing" / "settings.xml").string());
+    reader.dump((folder / "missing/settings.xml"));
     reader.dump("");
     EXPECT_EQ(::testing::internal::GetCapturedStdout() + ::testing::internal::GetCapturedStderr(), "");
-    EXPECT_TRUE(std::filesystem::is_empty(folder));
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST_F(ProviderDump, PrintShowsTheGroupsBelowOnlyWhenAsked)
@@ -254,7 +244,7 @@ TEST_F(ProviderDump, PrintShowsTheGroupsBelowOnlyWhenAsked)
 
 TEST_F(ProviderDump, FileExistsWhenItCanBeOpened)
 {
-    const std::string path = (folder / "case.kel").string();
+    const std::string path = folder / "case.kel";
     EXPECT_FALSE(reader.fileExists(path));
     EXPECT_FALSE(reader.fileExists(""));
     std::ofstream(path).flush();

@@ -1,5 +1,5 @@
 #include "MappingText.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -195,7 +195,7 @@ TEST_F(Discovery, ScansOncePerProcess)
 TEST_F(Discovery, IsNotRepeatedWhenTheEnvironmentChanges)
 {
     _folder.write("1.xml", mapping("X", "Y", {"p"}, "1"));
-    const std::string setDirectory = "set=" + std::string(directoryVariable) + ">" + _folder.path();
+    const std::string setDirectory = "set=" + std::string(directoryVariable) + ">" + _folder.path().string();
     const std::string setReport = "set=" + std::string(reportVariable) + ">1";
     EXPECT_EQ(probe({setDirectory, setReport, "environment", "another", "route=X>Y", "key=p"}), "none\n")
         << "the first object found no variable, and that was the one time";
@@ -207,7 +207,7 @@ TEST_F(Discovery, WarnsOfADirectoryThatCannotBeExamined)
 {
     const std::string loop = _folder / "a \"quoted\" & looping\\name";
     std::filesystem::create_symlink(loop, loop);
-    const std::string quoted = "\"" + _folder.path() + "/a &\"quoted&\" && looping\\name\"";
+    const std::string quoted = "\"" + _folder.path().string() + "/a &\"quoted&\" && looping\\name\"";
     _environment = {{directoryVariable, loop}, {reportVariable, "1"}};
     EXPECT_EQ(probe({"warnings"}), warningText(quoted, true));
 

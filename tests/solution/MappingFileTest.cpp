@@ -1,6 +1,6 @@
 #include "KelVariableAttributeFile.h"
 #include "MappingText.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 #include "KelHdf5Consumer.h"
 #include "KelHdf5Provider.h"
 #include "KelSolutionModel.h"
+#include "support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <fstream>
@@ -18,33 +19,7 @@ namespace hdf5test {
 
 using namespace meridyn;
 
-/// A folder of its own for each test, gone with it.
-class Folder {
-public:
-    Folder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "kel-hdf5-XXXXXX").string();
-        _path = ::mkdtemp(name.data());
-    }
-    ~Folder()
-    {
-        std::error_code ignored;
-        std::filesystem::permissions(_path, std::filesystem::perms::owner_all, ignored);
-        std::filesystem::remove_all(_path, ignored);
-    }
-    std::string operator/(const std::string& name) const { return (_path / name).string(); }
-    std::vector<std::string> names() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(_path))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-private:
-    std::filesystem::path _path;
-};
+using Folder = TemporaryFolder;
 
 /// A writer whose protected operations the tests reach.
 class Writer : public KelHdf5Consumer {

@@ -1,6 +1,6 @@
 // Any bytes as a case: a bundle of files, each begun by a line "@<path>", is written into a folder and read whole.
 #include "KelPolyMeshProvider.h"
-#include "solution/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "solution/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

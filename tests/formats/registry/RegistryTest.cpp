@@ -3,7 +3,7 @@
 #include "KelFormatPlugin.h"
 #include "KelFormatRegistry.h"
 
-#include "solution/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,11 @@
-# Install rules that belong to the package as a whole: CMake package and pkg-config file.
+# Install rules that belong to the package as a whole: CMake package, pkg-config files, documents and examples.
 include(CMakePackageConfigHelpers)
+
+# The documents keep their places beside each other, so that their links lead on. Each example builds from there.
+set(KEL_DOCUMENTS ${CMAKE_INSTALL_DATADIR}/doc/meridynfluidskel)
+install(FILES README.md CONTRIBUTING.md CHANGELOG.md DESTINATION ${KEL_DOCUMENTS} COMPONENT development)
+install(DIRECTORY docs/ DESTINATION ${KEL_DOCUMENTS}/docs COMPONENT development FILES_MATCHING PATTERN *.md)
+install(DIRECTORY examples/ DESTINATION ${KEL_DOCUMENTS}/examples COMPONENT development REGEX "/examples/CMakeLists.txt$" EXCLUDE)
 
 install(EXPORT MeridynFluidsKelTargets NAMESPACE meridyn::
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/MeridynFluidsKel COMPONENT development)

@@ -1,28 +1,24 @@
 # How examples and benchmarks are declared. Unknown arguments are errors.
 
-# kel_add_example(<name> SOURCES ... LIBRARIES ... [ARGUMENTS ...] [EXPECT <regular expression or file>])
+# kel_add_example(<name> SOURCES ... LIBRARIES ... [ARGUMENTS ...])
 #
-# Builds example_<name> and, with the tests, runs it as the test example.<name> in a folder of its own: it must end
-# with 0. EXPECT names a file next to the caller that holds the whole standard output, or else a regular expression
-# that the output must contain.
+# Builds example_<name> from sources in the folder <name> and, with the tests, runs it as the test example.<name> in a
+# folder of its own: it must end with 0 and print what stands in <name>/expected.txt. Case files that it leaves must be
+# good meshes for `kel check`.
 function(kel_add_example name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPECT" "SOURCES;LIBRARIES;ARGUMENTS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;ARGUMENTS")
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "kel_add_example(${name}): unknown arguments ${arg_UNPARSED_ARGUMENTS}")
     endif()
     set(target example_${name})
+    list(TRANSFORM arg_SOURCES PREPEND ${name}/)
     add_executable(${target} ${arg_SOURCES})
     kel_configure_target(${target})
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
     if(KEL_BUILD_TESTS)
-        set(expected "")
-        if(arg_EXPECT AND EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${arg_EXPECT})
-            set(expected --output ${CMAKE_CURRENT_SOURCE_DIR}/${arg_EXPECT})
-        elseif(arg_EXPECT)
-            set(expected --pattern ${arg_EXPECT})
-        endif()
         add_test(NAME example.${name}
-            COMMAND ${KEL_PYTHON} ${PROJECT_SOURCE_DIR}/tests/support/run_program.py ${expected}
+            COMMAND ${KEL_PYTHON} ${PROJECT_SOURCE_DIR}/tests/support/run_program.py
+                    --output ${CMAKE_CURRENT_SOURCE_DIR}/${name}/expected.txt
                     -- $<TARGET_FILE:${target}> ${arg_ARGUMENTS})
         set_tests_properties(example.${name} PROPERTIES TIMEOUT 300)
     endif()

@@ -1,7 +1,8 @@
-// Declares a mesh of one cell, a cube with an inlet and an outlet, prints what the library now knows about it, and
-// hands its arrays to the writer frame, which traces them on standard output in place of a file.
+// Declares a mesh of one cell, a cube with an inlet and an outlet, and prints what the library now knows about it. Then
+// it writes the mesh twice: to the bare writer frame, which prints a line for each array, and to a file.
 
 #include "KelConsumer.h"
+#include "KelHdf5Consumer.h"
 
 #include <iostream>
 #include <string>
@@ -14,7 +15,7 @@ namespace {
 struct Zone {
     int id;
     const char* name;
-    unsigned64 firstId; // element ids count from 1 and run through the zones of a category without gaps
+    unsigned64 firstId; // ids begin with 1, and the zones of a category follow each other without gaps
     unsigned64 lastId;
 };
 
@@ -23,6 +24,7 @@ const Zone edgeZones[] = {{2, "rim of the inlet", 1, 4}};
 const Zone faceZones[] = {{3, "inlet", 1, 1}, {4, "outlet", 2, 2}, {5, "walls", 3, 6}};
 const Zone cellZones[] = {{6, "fluid", 1, 1}};
 
+// Seen from outside, the nodes of a face run anticlockwise.
 // clang-format off
 const double coordinates[] = {
     0, 0, 0,  1, 0, 0,  1, 1, 0,  0, 1, 0, // nodes 1 to 4, below
@@ -44,7 +46,7 @@ void declareZones(KelBase& mesh, KelZoneCategory category, const Zone (&zones)[c
     for (const Zone& zone : zones) {
         ids.push_back(zone.id);
     }
-    mesh.setZoneIds(category, ids); // all zones of a category at once; their values come after
+    mesh.setZoneIds(category, ids); // all zones of a category in one call; what they hold is set afterwards
     for (const Zone& zone : zones) {
         mesh.setZoneSizeInfo(zone.id, KEL_ZONE_FIRST_ID, zone.firstId);
         mesh.setZoneSizeInfo(zone.id, KEL_ZONE_LAST_ID, zone.lastId);
@@ -84,7 +86,8 @@ void printZones(const KelBase& mesh, KelZoneCategory category, const std::string
     }
 }
 
-void writeMesh(KelConsumer& writer)
+/// False if the file is not complete; a bare writer, which writes none, always says so.
+bool writeMesh(KelConsumer& writer)
 {
     writer.startWriting(KEL_CASE);
 
@@ -102,26 +105,32 @@ void writeMesh(KelConsumer& writer)
         writer.setCell0sForFacesInZone(zone.id, cellsOfFaces + zone.firstId - 1, count);
     }
 
-    writer.endWriting(KEL_CASE);
+    writer.startWritingTypesForCells({6}, {KEL_CELL_HEXAHEDRON}); // one type for all: no values need to follow
+    writer.endWritingTypesForCells();
+
+    return writer.endWriting(KEL_CASE);
 }
 
 } // namespace
 
 int main()
 {
-    KelConsumer writer("declare_mesh");
-    declareMesh(writer);
-
-    printZones(writer, KEL_NODE_ZONE, "node zone");
-    printZones(writer, KEL_EDGE_ZONE, "edge zone");
-    printZones(writer, KEL_FACE_ZONE, "face zones");
-    printZones(writer, KEL_CELL_ZONE, "cell zone");
+    KelConsumer trace("declare_mesh");
+    declareMesh(trace);
+    printZones(trace, KEL_NODE_ZONE, "node zone");
+    printZones(trace, KEL_EDGE_ZONE, "edge zone");
+    printZones(trace, KEL_FACE_ZONE, "face zones");
+    printZones(trace, KEL_CELL_ZONE, "cell zone");
 
     std::cout << "What a writer is given:\n";
-    writeMesh(writer);
+    writeMesh(trace);
 
-    for (const std::string& warning : writer.getWarnings(true, true)) {
-        std::cerr << warning << '\n';
+    KelHdf5Consumer file;
+    file.setFile("cube.case.kel", KEL_CASE);
+    declareMesh(file);
+    const bool isComplete = writeMesh(file);
+    for (const std::string& error : file.getErrors(true, true)) {
+        std::cerr << error << '\n';
     }
-    return writer.hasError() ? 1 : 0;
+    return isComplete ? 0 : 1;
 }

@@ -1,4 +1,4 @@
-// Two cubes beside each other, with a pressure and a velocity at two times, handed to any writer.
+// Two cubes beside each other, with a pressure and a velocity at two times, for any writer.
 #pragma once
 
 #include "KelAttributes.h"
@@ -13,7 +13,8 @@ const double coordinatesOfNodes[] = {
     1, 0, 0,  1, 1, 0,  1, 1, 1,  1, 0, 1,
     2, 0, 0,  2, 1, 0,  2, 1, 1,  2, 0, 1};
 
-// Seen from cell 0, the nodes of a face run such that its normal points away.
+// Seen from outside, and between the cubes from cell 1, the nodes of a face run anticlockwise: its normal points away
+// from cell 0.
 const meridyn::unsigned64 nodesOfFaces[] = {
     5, 6, 7, 8,                                             // between the cubes
     1, 4, 3, 2,                                             // inlet
@@ -21,7 +22,7 @@ const meridyn::unsigned64 nodesOfFaces[] = {
     1, 2, 6, 5,   2, 3, 7, 6,    3, 4, 8, 7,    4, 1, 5, 8, // walls
     5, 6, 10, 9,  6, 7, 11, 10,  7, 8, 12, 11,  8, 5, 9, 12};
 const meridyn::unsigned64 cell0sOfFaces[] = {1, 1, 2, 1, 1, 1, 1, 2, 2, 2, 2};
-const meridyn::unsigned64 cell1sOfFaces[] = {2}; // boundary faces have none
+const meridyn::unsigned64 cell1sOfFaces[] = {2}; // of face 1 only: boundary faces have none
 // clang-format on
 
 inline void declareZone(meridyn::KelConsumer& writer, int id, const std::string& name, meridyn::unsigned64 first,
@@ -35,7 +36,6 @@ inline void declareZone(meridyn::KelConsumer& writer, int id, const std::string&
 /// Zones come before startWriting, arrays after it.
 inline void declareTwoCubes(meridyn::KelConsumer& writer)
 {
-    writer.setMeshId(1); // false unless the writer can load a mesh, which does not matter here
     writer.setMeshSize(meridyn::KEL_MESH_DIMENSION, 3);
     writer.setMeshUnits("m");
     writer.setZoneIds(meridyn::KEL_NODE_ZONE, {1});
@@ -53,7 +53,7 @@ inline void declareTwoCubes(meridyn::KelConsumer& writer)
     writer.setFaceZoneType(5, meridyn::KEL_FACE_ZONE_TYPE_WALL);
 }
 
-/// By zone, by range or by element: whatever suits the data.
+/// Arrays are passed for a zone, a range of ids or an element: whatever suits the data.
 inline void writeMesh(meridyn::KelConsumer& writer)
 {
     writer.startWritingNodes({1});
@@ -107,7 +107,7 @@ inline void writeSolution(meridyn::KelConsumer& writer)
     for (const int timeLevel : {10, 20}) {
         writer.startWritingTimeLevel(timeLevel);
         writer.startWritingPhase(phases[0]);
-        // Of the active phase: the bare writer has none and answers false.
+        // These belong to the active phase. The bare writer has none and answers false.
         writer.setPhaseVariablesOfCategory(meridyn::KEL_CELL_ZONE, std::vector<int>{pressure, velocity});
         writeVariable(writer, pressure, {100.0 + timeLevel, 200.0 + timeLevel});
         writeVariable(writer, velocity, {1, 0, 0, 1, 0.5, 0});

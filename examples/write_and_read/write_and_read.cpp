@@ -1,32 +1,34 @@
-// Writes a mesh and a solution to a file in memory, and reads them back. With another format only the two classes and
-// the name of the file change.
+// Writes a mesh and a solution to files, and reads them back. With another format only the two classes and the names of
+// the files change.
 
 #include "../trace/two_cubes.h"
+
 #include "KelAttributes.h"
-#include "KelMemoryConsumer.h"
-#include "KelMemoryProvider.h"
+#include "KelHdf5Consumer.h"
+#include "KelHdf5Provider.h"
 
 #include <iostream>
 
 using namespace meridyn;
 
-static const std::string fileName = "memory:two cubes";
+static const std::string caseFile = "two_cubes.case.kel";
+static const std::string dataFile = "two_cubes.data.kel";
 
 static bool write()
 {
-    KelMemoryConsumer writer;
+    KelHdf5Consumer writer;
     writer.setApplicationName("write_and_read");
     declareTwoCubes(writer);
-    if (!writer.startWriting(fileName, KEL_CASE))
+    if (!writer.startWriting(caseFile, KEL_CASE))
         return false;
     writeMesh(writer);
-    if (!writer.endWriting(KEL_CASE) || !writer.startWriting(fileName, KEL_DATA))
+    if (!writer.endWriting(KEL_CASE) || !writer.startWriting(dataFile, KEL_DATA))
         return false;
     writeSolution(writer);
     return writer.endWriting(KEL_DATA);
 }
 
-static void printZones(const KelMemoryProvider& reader)
+static void printZones(const KelHdf5Provider& reader)
 {
     std::vector<int> ids;
     reader.getZoneIds(KEL_FACE_ZONE, ids);
@@ -43,7 +45,7 @@ static void printZones(const KelMemoryProvider& reader)
     }
 }
 
-static void printFace(const KelMemoryProvider& reader, unsigned64 id)
+static void printFace(const KelHdf5Provider& reader, unsigned64 id)
 {
     unsigned64 nodes[16];
     const unsigned64 count = reader.getNodeIdsForFace(id, nodes, 16);
@@ -53,7 +55,7 @@ static void printFace(const KelMemoryProvider& reader, unsigned64 id)
     std::cout << ", cells " << reader.getCell0ForFace(id) << " and " << reader.getCell1ForFace(id) << '\n';
 }
 
-static void printValues(KelMemoryProvider& reader, int variableId)
+static void printValues(KelHdf5Provider& reader, int variableId)
 {
     std::string name;
     std::vector<int> zones;
@@ -71,17 +73,19 @@ static void printValues(KelMemoryProvider& reader, int variableId)
 
 static bool read()
 {
-    KelMemoryProvider reader;
-    if (!reader.startReading(fileName, KEL_CASE))
+    KelHdf5Provider reader;
+    if (!reader.startReading(caseFile, KEL_CASE))
         return false;
     printZones(reader);
     printFace(reader, 1);
     printFace(reader, 2);
-    if (!reader.endReading(KEL_CASE) || !reader.startReading(fileName, KEL_DATA))
+    if (!reader.endReading(KEL_CASE) || !reader.startReading(dataFile, KEL_DATA))
         return false;
 
     for (const int timeLevel : reader.getTimeLevels()) {
         reader.startReadingTimeLevel(timeLevel);
+        if (reader.getTimeLevel() != timeLevel) // a level that does not exist changes nothing, without a word
+            return false;
         std::vector<short> phases;
         reader.getPhaseIds(phases);
         for (const short phase : phases) {

@@ -12,11 +12,13 @@ place. Of a block `sh run` it is run before, by itself. Every block gets an empt
   cpp body        must compile as the body of a function, with all public headers
   sh run          must end with 0 in an empty folder with kel; KEL_TEST_DATA names the test data
   sh              commands for the source tree, not run: the shell and the tools must know what they name
+  sh install      must end with 0 where <prefix> is the installed package; C++ sources that it names are made
   cmake           must configure and build against the installed package
   cpp excerpt     must stand so in a source of the tree, but for how far it is indented
   cmake excerpt   the same in a CMakeLists.txt
 
-A block ```text output right behind one that is run must be its standard output, to the byte.
+A block ```text output right behind one that is run must be its standard output, to the byte. Case files that a block
+leaves behind must be good meshes for `kel check`.
 """
 import argparse
 import difflib
@@ -29,7 +31,9 @@ import subprocess
 import sys
 import tempfile
 
-from documents import KINDS, blocks, whole_text
+sys.dont_write_bytecode = True # leaves the source tree alone
+from documents import KINDS, blocks, whole_text # pylint: disable=wrong-import-position
+
 
 
 def find_block(document, number):
@@ -61,7 +65,7 @@ class Tester:
         return {
             "cpp run": self.cpp_run, "cpp compile": self.cpp_compile, "cpp body": self.cpp_body,
             "cpp excerpt": self.excerpt, "sh run": self.sh_run,
-            "sh": self.sh, "cmake": self.cmake, "cmake excerpt": self.excerpt,
+            "sh": self.sh, "sh install": self.sh_install, "cmake": self.cmake, "cmake excerpt": self.excerpt,
         }[block.kind](block, expected)
 
     def compile_only(self, text, *more):
@@ -102,6 +106,12 @@ class Tester:
             difference = difflib.unified_diff(expected.splitlines(), run.stdout.splitlines(), "document", "printed", lineterm="")
             return "\n".join(difference)
         return None
+
+    def sh_install(self, block, expected):
+        for source in set(re.findall(r"\b\w+\.cpp\b", block.text)):
+            self.write(source, '#include "KelHdf5Consumer.h"\nint main() { meridyn::KelHdf5Consumer writer; }\n')
+        text = block.text.replace("<prefix>", self.arguments.prefix)
+        return self.run(["sh", "-eux", "-c", text], expected)
 
     def sh(self, block, _):
         parsed = subprocess.run(["sh", "-n", "-c", re.sub(r"<\w+>", "placeholder", block.text)], check=False)

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Checks what the documents point to, without a network.
 
-document_links.py ROOT
+document_links.py [--links-only] ROOT
 
  - Every relative link leads to a file of the tree, and to a heading of it if it names one.
  - Every path in code font that looks like one of the tree is there. `*` stands for any characters, so does `<name>`;
-   a name without a folder may lie anywhere.
+   a name without a folder may lie anywhere. Not with --links-only: documents that are installed tell of sources that
+   are not.
 """
 import fnmatch
 import functools
@@ -63,22 +64,26 @@ def is_there(text, paths):
     return any(fnmatch.fnmatchcase(path, pattern) or fnmatch.fnmatchcase(path, "*/" + pattern) for path in paths)
 
 
-def problems_of_document(root, document, paths, tops):
+def problems_of_document(root, document, paths, tops, links_only):
     for number, line in enumerate(without_blocks((root / document).read_text(encoding="utf-8")).split("\n"), 1):
         for link in LINK.findall(line):
             problem = problem_of_link(root, document, link)
             if problem:
                 yield f"{document}:{number}: {problem}"
-        for text in CODE.findall(line):
+        for text in [] if links_only else CODE.findall(line):
             if looks_like_path(text, tops) and not is_there(text, paths):
                 yield f"{document}:{number}: no file `{text}`"
 
 
 def main():
-    root = pathlib.Path(sys.argv[1]).resolve()
+    root = pathlib.Path(sys.argv[-1]).resolve()
+    links_only = sys.argv[1] == "--links-only"
     paths = tree(root)
     tops = {path for path in paths if "/" not in path}
-    problems = [problem for document in documents(root) for problem in problems_of_document(root, document, paths, tops)]
+    found = documents(root)
+    if not found:
+        return f"no documents in {root}"
+    problems = [problem for document in found for problem in problems_of_document(root, document, paths, tops, links_only)]
     return "\n".join(problems) or 0
 
 

@@ -11,6 +11,7 @@ KINDS = {
     "cpp excerpt": "block",
     "sh run": "block",
     "sh": "block",
+    "sh install": "block",
     "cmake": "block",
     "cmake excerpt": "block",
     "text output": "output",

@@ -96,7 +96,11 @@ private:
         items = Items(list.begin(), list.end());
     }
 
-    void exchange(std::set<int>& items) { exchangeSorted<int>(items); }
+    template <class Item>
+    void exchange(std::set<Item>& items)
+    {
+        exchangeSorted<Item>(items);
+    }
 
     template <class Key, class Value>
     void exchange(std::map<Key, Value>& items)
@@ -170,7 +174,12 @@ private:
         --_depth;
     }
 
-    void exchange(meridyn::KelTree::Mesh& mesh) { (*this)(mesh.mesh, mesh.solution, mesh.locations, mesh.tree); }
+    void exchange(meridyn::KelDerivedValues& derived) { (*this)(derived.meshSizes, derived.neighbours); }
+
+    void exchange(meridyn::KelTree::Mesh& mesh)
+    {
+        (*this)(mesh.mesh, mesh.derived, mesh.solution, mesh.locations, mesh.tree);
+    }
 
     std::ostream* _out = nullptr;
     std::istream* _in = nullptr;

@@ -1,5 +1,7 @@
 #include "KelFormatConsumer.h"
 
+#include "KelMessage.h"
+#include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
 
 #include <algorithm>
@@ -111,6 +113,13 @@ bool KelFormatConsumer::isOverrideSettingsOn() const
 bool KelFormatConsumer::isWriteSettingsOn() const
 {
     return _isWriteSettingsOn;
+}
+
+bool KelFormatConsumer::dropTimeLevelsFrom(int)
+{
+    const std::string text = getFile(KEL_DATA) + ": the format cannot drop time levels";
+    getMessageRegistrar()->registerMessage(KelError(text, "dropTimeLevelsFrom"));
+    return false;
 }
 
 // ---- forms of one operation

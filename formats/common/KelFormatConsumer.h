@@ -33,6 +33,13 @@ public:
     void setWriteSettingsOn(bool on) override;    ///< default on; off: no settings at all, the common ones neither
     /// @}
 
+    /// Drops the time levels from one on, of all meshes of the data file that is being written, with all that they have
+    /// and with their times in the settings (group "timeLevels"). With setAppendOn this is how a restart goes back:
+    /// drop, then write the levels anew. As with all that is written, the file stays as it was until endWriting.
+    /// A level without a number is not dropped; values that were started are, complete or not.
+    /// @return false, after a KelError, when no data file is being written, or the format has no time levels to drop
+    virtual bool dropTimeLevelsFrom(int level);
+
     // clang-format off
     /// @name Markers that do nothing
     /// @{

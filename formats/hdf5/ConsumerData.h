@@ -1,16 +1,16 @@
 #pragma once
 
-#include "formats/hdf5/model/DataWriter.h"
 #include "formats/hdf5/file/FormatError.h"
 #include "formats/hdf5/file/Hdf5File.h"
-#include "KelHdf5Consumer.h"
-#include "KelMessage.h"
-#include "KelMessageRegistrar.h"
-#include "KelSolutionModel.h"
+#include "formats/hdf5/model/DataWriter.h"
 #include "formats/hdf5/model/MeshWriter.h"
 #include "formats/hdf5/model/SetWriter.h"
 #include "formats/hdf5/model/TrackWriter.h"
 #include "formats/hdf5/model/ZoneStore.h"
+#include "KelHdf5Consumer.h"
+#include "KelMessage.h"
+#include "KelMessageRegistrar.h"
+#include "KelSolutionModel.h"
 
 #include <exception>
 
@@ -45,6 +45,7 @@ struct KelHdf5Consumer::Data {
     std::unique_ptr<hdf5::MeshWriter> mesh;     ///< of the case
     std::unique_ptr<hdf5::DataWriter> solution; ///< of the data
     hdf5::FieldWriter* values = nullptr;        ///< the variable that was started, belongs to `solution`
+    std::optional<int> droppedWhileSelected;    ///< the level that was selected when it was dropped
 
     std::map<std::string, std::unique_ptr<hdf5::FieldWriter>> sections; ///< case sections by "<category>/<name>"
     KelZoneCategory sectionCategory = KEL_CELL_ZONE;
@@ -106,9 +107,10 @@ struct KelHdf5Consumer::Data {
 
     void open(Session& session, KelDataClass dataClass);
     void startMesh(Session& session, KelDataClass dataClass, const hdf5::MeshKey& key);
-    void finishMesh(Session& session, KelDataClass dataClass, const MeshState& state);
-    void finishCase(const MeshState& state);
+    void finishMesh(Session& session, KelDataClass dataClass, MeshState state);
+    void finishCase(MeshState& state);
     void finishSolution();
+    void dropLevelsFrom(Session& session, int level);
 
     /// Makes the mesh that is current the one that is written. Another one before it is finished with the zones and
     /// sizes that writeMeshSize has stored, since KelBase has them no more.

@@ -1,8 +1,9 @@
 #include "KelHdf5Consumer.h"
 
-#include "formats/hdf5/file/Attributes.h"
 #include "ConsumerData.h"
+#include "formats/hdf5/file/Attributes.h"
 #include "formats/hdf5/model/FileIdentity.h"
+#include "formats/hdf5/model/MeshReader.h"
 #include "formats/hdf5/model/ZoneStore.h"
 
 #include <unistd.h>
@@ -36,6 +37,7 @@ bool KelHdf5Consumer::openData(KelDataClass dataClass, const std::string& fileNa
     }
     _data->sessions[dataClass] = std::make_unique<Data::Session>();
     _data->sessions[dataClass]->path = fileName;
+    _data->droppedWhileSelected.reset();
     const bool isOpen =
         _data->attempt(dataClass, "startWriting", [&](Data::Session& target) { _data->open(target, dataClass); });
     if (isOpen) {
@@ -118,8 +120,7 @@ void KelHdf5Consumer::Data::followMesh(Session& target, KelDataClass dataClass)
         if (!target.stored)
             throw FormatError("another mesh was chosen, but writeMeshSize has not stored the zones of " +
                               target.key->groupName());
-        const MeshState state = std::move(*target.stored);
-        finishMesh(target, dataClass, state);
+        finishMesh(target, dataClass, std::move(*target.stored));
     }
     startMesh(target, dataClass, key);
 }
@@ -137,7 +138,7 @@ void KelHdf5Consumer::Data::startMesh(Session& target, KelDataClass dataClass, c
     target.key = key;
 }
 
-void KelHdf5Consumer::Data::finishMesh(Session& target, KelDataClass dataClass, const MeshState& state)
+void KelHdf5Consumer::Data::finishMesh(Session& target, KelDataClass dataClass, MeshState state)
 {
     if (set && setClass == dataClass)
         set->finish();
@@ -199,11 +200,14 @@ void KelHdf5Consumer::Data::forget(KelDataClass dataClass)
         zones.clear();
 }
 
-void KelHdf5Consumer::Data::finishCase(const MeshState& state)
+void KelHdf5Consumer::Data::finishCase(MeshState& state)
 {
     for (const auto& [path, field] : sections)
         field->finish();
     mesh->finish(state.description());
+    const MeshReader written(mesh->file(), mesh->group());
+    const auto show = [&written](auto&&... asked) { written.showIds(asked...); };
+    writeDerived(mesh->file(), mesh->group(), completeMesh(state, show));
     writeNumbers(mesh->group(), "sizes", {state.sizes + KEL_MESH_SIZE_1, state.sizes + KEL_MESH_SIZE_4 + 1});
     writeText(mesh->group(), "units", state.units);
     const hid_t faces = mesh->groupOf(KEL_FACE_ZONE);
@@ -219,10 +223,28 @@ void KelHdf5Consumer::Data::finishSolution()
 {
     if (setData)
         setData->finish();
-    if (!solution->hasLevel() && selectedLevel())
+    if (!solution->hasLevel() && selectedLevel() && selectedLevel() != droppedWhileSelected)
         solution->level(selectedLevel()); // a level without values
     mergeCatalogue();
     solution->finish();
+}
+
+bool KelHdf5Consumer::dropTimeLevelsFrom(int level)
+{
+    return _data->attempt(KEL_DATA, "dropTimeLevelsFrom",
+                          [&](Data::Session& target) { _data->dropLevelsFrom(target, level); });
+}
+
+void KelHdf5Consumer::Data::dropLevelsFrom(Session& target, int level)
+{
+    if (setData || tracks || (set && setClass == KEL_DATA))
+        throw FormatError("time levels cannot be dropped before the end marker of a set, set data or particle tracks");
+    values = nullptr;
+    if (solution)
+        solution->abandonLevelFrom(level);
+    if (const std::optional<int> selected = selectedLevel(); selected && *selected >= level)
+        droppedWhileSelected = selected;
+    hdf5::dropLevelsFrom(*target.file, level);
 }
 
 void KelHdf5Consumer::writeSettingStrings(const std::vector<std::pair<std::string, std::string>>& pairs,

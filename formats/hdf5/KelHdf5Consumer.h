@@ -48,6 +48,7 @@ public:
     /// @{
     void log(std::vector<std::pair<std::string, std::string>> entries, KelDataClass dataClass) override;
     void setCompression(int level) override;
+    bool dropTimeLevelsFrom(int level) override;
     bool isWritingData() override;
     void writeSettingStrings(const std::vector<std::pair<std::string, std::string>>& pairs, KelDataClass dataClass, const std::string& group) const override;
     bool addStringAttribute(const std::string& section, const std::string& group, const std::string& name, const std::string& value) const override;

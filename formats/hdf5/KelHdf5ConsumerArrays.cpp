@@ -1,5 +1,5 @@
-#include "formats/hdf5/file/Attributes.h"
 #include "ConsumerData.h"
+#include "formats/hdf5/file/Attributes.h"
 
 #include <algorithm>
 

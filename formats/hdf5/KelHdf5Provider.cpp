@@ -1,27 +1,16 @@
 #include "KelHdf5Provider.h"
 
 #include "formats/hdf5/file/Attributes.h"
+#include "formats/hdf5/model/DataWriter.h"
+#include "formats/hdf5/model/ZoneStore.h"
 #include "KelLocationModel.h"
 #include "ProviderData.h"
-#include "formats/hdf5/model/ZoneStore.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace meridyn {
 
 using namespace hdf5;
-
-namespace {
-
-std::optional<int> levelOf(const std::string& name)
-{
-    int level = 0;
-    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), level);
-    return error == std::errc() && end == name.data() + name.size() ? std::optional<int>(level) : std::nullopt;
-}
-
-} // namespace
 
 KelHdf5Provider::KelHdf5Provider() : _data(std::make_unique<Data>(*this))
 {}
@@ -151,7 +140,7 @@ void KelHdf5Provider::Data::loadSolution(Session& session, const MeshKey& key)
     if (const Handle group = findGroup(session.mesh.get(), {"levels"}))
         for (const std::string& name : linkNames(group.get())) {
             levels.insert(name);
-            if (const auto level = levelOf(name))
+            if (const auto level = parseLevelName(name))
                 numbers.push_back(*level);
         }
     if (!hasMesh()) { // data alone: its zones are all there is

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "formats/hdf5/model/Catalogue.h"
-#include "formats/hdf5/model/FileIdentity.h"
 #include "formats/hdf5/file/FormatError.h"
 #include "formats/hdf5/file/Hdf5File.h"
+#include "formats/hdf5/model/Catalogue.h"
+#include "formats/hdf5/model/FileIdentity.h"
+#include "formats/hdf5/model/MeshReader.h"
+#include "formats/hdf5/model/SetReader.h"
 #include "KelHdf5Provider.h"
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
-#include "formats/hdf5/model/MeshReader.h"
-#include "formats/hdf5/model/SetReader.h"
 
 #include <exception>
 #include <map>

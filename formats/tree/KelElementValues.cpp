@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 namespace meridyn {
 
@@ -100,15 +101,24 @@ KelElementValues::Id KelElementValues::get(Id first, Id last, const KelBuffer& o
 
 std::vector<KelElementValues::Piece> KelElementValues::pieces() const
 {
+    return pieces(0, std::numeric_limits<Id>::max());
+}
+
+std::vector<KelElementValues::Piece> KelElementValues::pieces(Id first, Id last) const
+{
     std::vector<Piece> pieces;
-    for (const auto& [first, run] : _runs) {
+    const auto* const inside = find(first);
+    for (auto next = inside ? _runs.find(inside->first) : _runs.lower_bound(first);
+         next != _runs.end() && next->first <= last; ++next) {
+        const auto& [runFirst, run] = *next;
+        const Id from = std::max(first, runFirst), to = std::min(last, run.last);
         const bool isUniform = run.stride == 0;
-        const Id count = run.width * (isUniform ? 1 : run.last - first + 1);
-        const auto view = [begin = run.begin, count](const auto& list) {
+        const Id count = run.width * (isUniform ? 1 : to - from + 1);
+        const auto view = [begin = run.begin + (from - runFirst) * run.stride, count](const auto& list) {
             return KelValues(list.data() + begin, count);
         };
         if (count > 0)
-            pieces.push_back({first, run.last, run.width, isUniform, std::visit(view, *run.values)});
+            pieces.push_back({from, to, run.width, isUniform, std::visit(view, *run.values)});
     }
     return pieces;
 }

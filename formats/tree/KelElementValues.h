@@ -49,7 +49,8 @@ public:
         bool isUniform;   ///< whether all ids have the same
         KelValues values; ///< those of this object
     };
-    std::vector<Piece> pieces() const; ///< By id; ids without values are in none.
+    std::vector<Piece> pieces() const;                  ///< By id; ids without values are in none.
+    std::vector<Piece> pieces(Id first, Id last) const; ///< The parts of them that lie in a range.
     /// @}
 
     /// Gives the values of a range, converted, as far as whole elements fit: the number of values stored. 0 when an id

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KelDerivedValues.h"
 #include "KelElementValues.h"
 #include "KelMeshKey.h"
 #include "KelModelDescription.h"
@@ -42,7 +43,8 @@ struct KEL_API KelTreeNode {
 struct KelTree {
     /// One of the meshes, or what belongs to one.
     struct Mesh {
-        KelMeshDescription mesh;         ///< what KelBase knows of it
+        KelMeshDescription mesh;         ///< what KelBase knows of it, completed from zones and arrays
+        KelDerivedValues derived;        ///< which of that the writer's client did not say
         KelSolutionDescription solution; ///< phases, variables and time levels; data only
         std::string locations;           ///< state of the location model
         KelTreeNode tree; ///< case: arrays, sections, sets; data: by time level, sets and phases with all they have

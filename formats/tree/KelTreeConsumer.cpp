@@ -4,10 +4,47 @@
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
+#include "MeshCompletion.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace meridyn {
+
+namespace {
+
+/// Works out what was not said about the meshes of a case. Those that a file had before are complete already.
+void completeMeshes(KelTree& file)
+{
+    for (auto& [key, mesh] : file.meshes) {
+        const KelTreeNode& tree = mesh.tree;
+        const KelDerivedValues derived =
+            completeMesh(mesh.mesh, [&tree](KelArray array, unsigned64 first, unsigned64 last, const VisitIds& visit) {
+                for (const KelElementValues::Piece& piece : tree[nameOf(array)].values.pieces(first, last))
+                    if (piece.values.type == KEL_PLAIN_UNSIGNED64)
+                        visit(static_cast<const unsigned64*>(piece.values.data), piece.values.count);
+            });
+        mesh.derived.meshSizes.insert(derived.meshSizes.begin(), derived.meshSizes.end());
+        mesh.derived.neighbours.insert(derived.neighbours.begin(), derived.neighbours.end());
+    }
+}
+
+/// What the part of a tree is called that belongs to a time level, and the level that a name stands for.
+/// @{
+std::string levelName(int level)
+{
+    return "level " + std::to_string(level);
+}
+
+std::optional<int> levelOf(const std::string& text)
+{
+    int level = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), level);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(level) : std::nullopt;
+}
+/// @}
+
+} // namespace
 
 KelTreeConsumer::KelTreeConsumer() = default;
 KelTreeConsumer::~KelTreeConsumer() = default;
@@ -23,6 +60,8 @@ bool KelTreeConsumer::openData(KelDataClass dataClass, const Text& fileName)
     const KelTreeFile old = isAppendOn() ? load(dataClass, fileName) : nullptr;
     _files[dataClass] = old ? std::make_shared<KelTree>(*old) : std::make_shared<KelTree>();
     _current = dataClass;
+    if (dataClass == KEL_DATA)
+        _dropped.clear();
     return true;
 }
 
@@ -31,6 +70,7 @@ bool KelTreeConsumer::closeData(KelDataClass dataClass)
     if (!isOpen(dataClass))
         return fail("the end of a file that was not started");
     forgetOpenParts();
+    completeMeshes(*_files[dataClass]);
     const KelTreeFile tree = std::move(_files[dataClass]);
     _current = _files[KEL_DATA] ? KEL_DATA : KEL_CASE;
     return save(dataClass, getFile(dataClass), tree);
@@ -75,16 +115,41 @@ void KelTreeConsumer::writeMeshAttributes() const
 {
     if (KelTree::Mesh* to = mesh(KEL_CASE)) {
         to->mesh = describeMesh();
+        to->derived = {};
         to->locations = locationModel()->state();
     }
     if (KelTree::Mesh* to = mesh(KEL_DATA)) {
         std::vector<int> levels = to->solution.timeLevels;
         to->solution = describeSolution();
         for (const int level : to->solution.timeLevels)
-            if (std::count(levels.begin(), levels.end(), level) == 0)
+            if (std::count(levels.begin(), levels.end(), level) == 0 &&
+                (_dropped.count(level) == 0 || std::as_const(to->tree)[levelName(level)]))
                 levels.push_back(level);
         to->solution.timeLevels = levels;
     }
+}
+
+bool KelTreeConsumer::dropTimeLevelsFrom(int first)
+{
+    if (!started(KEL_DATA))
+        return false;
+    if (_tracks || _open[KelCollection::Set] || _open[KelCollection::SetData])
+        return fail("time levels cannot be dropped before the end marker of a set, set data or particle tracks");
+    _field = nullptr;
+    const auto isDropped = [first](const std::optional<int>& level) { return level && *level >= first; };
+    for (auto& [key, mesh] : _files[KEL_DATA]->meshes) {
+        std::vector<int>& levels = mesh.solution.timeLevels;
+        levels.erase(std::remove_if(levels.begin(), levels.end(), isDropped), levels.end());
+        mesh.tree.children.remove_if([&](const Node& node) {
+            return node.name.rfind("level ", 0) == 0 && isDropped(levelOf(node.name.substr(6)));
+        });
+    }
+    for (Node& group : _files[KEL_DATA]->settings.children)
+        if (group.name == "timeLevels")
+            group.children.remove_if([&](const Node& node) { return isDropped(levelOf(node.name)); });
+    const std::vector<int>& known = getTimeLevels();
+    std::copy_if(known.begin(), known.end(), std::inserter(_dropped, _dropped.end()), isDropped);
+    return true;
 }
 
 // ---- where things go
@@ -98,7 +163,7 @@ KelTree::Mesh* KelTreeConsumer::mesh(KelDataClass dataClass) const
 KelTreeNode* KelTreeConsumer::tree(KelDataClass dataClass) const
 {
     Node* tree = started(dataClass) ? &mesh(dataClass)->tree : nullptr;
-    return dataClass == KEL_DATA ? open(tree, {"level " + std::to_string(getTimeLevel())}) : tree;
+    return dataClass == KEL_DATA ? open(tree, {levelName(getTimeLevel())}) : tree;
 }
 
 KelTreeNode* KelTreeConsumer::phase() const

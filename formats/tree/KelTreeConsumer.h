@@ -36,6 +36,7 @@ public:
     // clang-format off
     // ---- run
     void log(Pairs entries, KelDataClass dataClass) override;
+    bool dropTimeLevelsFrom(int level) override;
     bool isWritingData() override { return _files[0] || _files[1]; }
     void writeSettingStrings(const Pairs& pairs, KelDataClass dataClass, const Text& group) const override;
     bool addStringAttribute(const Text& section, const Text& group, const Text& name, const Text& value) const override;
@@ -114,6 +115,7 @@ private:
 
     std::shared_ptr<KelTree> _files[2]; ///< being written, by data class; null while none is
     KelDataClass _current = KEL_CASE;   ///< opened last
+    std::set<int> _dropped;             ///< time levels that KelBase still knows; only what is written anew brings one back
 
     // What the start markers opened; null when nothing is.
     Node *_sections = nullptr, *_section = nullptr, *_field = nullptr, *_tracks = nullptr, *_group = nullptr;

@@ -129,6 +129,12 @@ std::optional<std::int64_t> readNumber(hid_t object, const std::string& name)
     return values->front();
 }
 
+void removeAttribute(hid_t object, const std::string& name)
+{
+    const QuietErrors quiet;
+    checkedCall(H5Adelete(object, name.c_str()), label(object, name));
+}
+
 bool hasAttribute(hid_t object, const std::string& name)
 {
     const QuietErrors quiet;

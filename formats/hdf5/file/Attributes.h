@@ -22,6 +22,7 @@ std::optional<std::string> readText(hid_t object, const std::string& name);
 std::optional<std::int64_t> readNumber(hid_t object, const std::string& name);
 std::optional<std::vector<std::int64_t>> readNumbers(hid_t object, const std::string& name);
 
+void removeAttribute(hid_t object, const std::string& name); ///< one that is there
 bool hasAttribute(hid_t object, const std::string& name);
 std::vector<std::string> attributeNames(hid_t object); ///< in the order in which they were made
 /// @}

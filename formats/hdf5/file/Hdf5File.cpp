@@ -1,10 +1,10 @@
 #include "Hdf5File.h"
 
-#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "CreationOrder.h"
 #include "FileChannel.h"
 #include "FileDriver.h"
 #include "FormatError.h"
+#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "Journal.h"
 
 #include <algorithm>
@@ -112,6 +112,7 @@ void Hdf5File::closeForGood() noexcept
     const QuietErrors quiet;
     _channel->discard();
     _pendingLinks.clear();
+    _removed.clear();
     if (_file)
         H5Fclose(_file.release());
     _channel->close();
@@ -133,6 +134,13 @@ void Hdf5File::linkAtCommit(hid_t object, hid_t group, const std::string& name)
     _pendingLinks.push_back({Handle(object), Handle(group), name});
 }
 
+void Hdf5File::removeAtCommit(hid_t group, const std::string& name)
+{
+    const QuietErrors quiet;
+    _removed.push_back(checkedId(H5Oopen(group, name.c_str(), H5P_DEFAULT), pathOf(group) + "/" + name));
+    removeLink(group, name);
+}
+
 void Hdf5File::linkAll()
 {
     for (const PendingLink& pending : _pendingLinks) {
@@ -141,6 +149,7 @@ void Hdf5File::linkAll()
         linkNew(pending.object, pending.group.get(), pending.name);
     }
     _pendingLinks.clear();
+    _removed.clear();
 }
 
 void Hdf5File::commit()

@@ -40,6 +40,10 @@ public:
     /// space is given back, and so nothing new is written over it.
     void linkAtCommit(hid_t object, hid_t group, const std::string& name);
 
+    /// Takes an object out of a group. It stays in the file, where nothing leads to it any more, until commit gives its
+    /// space back: nothing new is written over it before.
+    void removeAtCommit(hid_t group, const std::string& name);
+
     /// Closes the file, brings it to the disk and, for a new one, gives it its name. Nothing may be used afterwards.
     /// @throws FormatError; the change is then dropped
     void commit();
@@ -60,6 +64,7 @@ private:
     std::shared_ptr<FileChannel> _channel;
     Handle _file;
     std::vector<PendingLink> _pendingLinks;
+    std::vector<Handle> _removed; // objects that have no link any more: HDF5 drops them with their last handle
     std::vector<unsigned char> _buffer;
     std::unique_ptr<ChunkWorkspace> _chunks; // made when the first compressed array needs it
     bool _isAppending = false;

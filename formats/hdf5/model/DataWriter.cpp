@@ -4,11 +4,46 @@
 #include "formats/hdf5/file/FormatError.h"
 #include "formats/hdf5/file/Hdf5File.h"
 
+#include "TextStore.h"
+
+#include <charconv>
+
 namespace meridyn::hdf5 {
+
+namespace {
+
+// The group of the data settings that has the physical time of each level.
+const char timesGroup[] = "timeLevels";
+
+} // namespace
 
 std::string levelName(std::optional<int> timeLevel)
 {
     return timeLevel ? std::to_string(*timeLevel) : "none";
+}
+
+std::optional<int> parseLevelName(const std::string& name)
+{
+    int level = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), level);
+    return error == std::errc() && end == name.data() + name.size() ? std::optional<int>(level) : std::nullopt;
+}
+
+void dropLevelsFrom(Hdf5File& file, int level)
+{
+    const auto isDropped = [level](const std::string& name) {
+        const std::optional<int> number = parseLevelName(name);
+        return number && *number >= level;
+    };
+    const Handle meshes = findGroup(file.id(), {"meshes"});
+    for (const std::string& mesh : meshes ? linkNames(meshes.get()) : std::vector<std::string>())
+        if (const Handle levels = findGroup(meshes.get(), {mesh, "levels"}))
+            for (const std::string& name : linkNames(levels.get()))
+                if (isDropped(name))
+                    file.removeAtCommit(levels.get(), name);
+    for (const std::string& key : settingsKeys(file.id(), timesGroup))
+        if (isDropped(key))
+            removeSetting(file.id(), timesGroup, key);
 }
 
 DataWriter::DataWriter(Hdf5File& file, hid_t meshGroup, int compression)
@@ -59,6 +94,16 @@ void DataWriter::finishFields()
     for (const auto& [path, field] : _fields)
         field->finish();
     _fields.clear();
+}
+
+void DataWriter::abandonLevelFrom(int firstDropped)
+{
+    const std::optional<int> level = parseLevelName(_levelName);
+    if (!level || *level < firstDropped)
+        return;
+    _fields.clear();
+    _level = Handle();
+    _levelName.clear();
 }
 
 void DataWriter::finish()

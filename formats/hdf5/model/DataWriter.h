@@ -13,6 +13,12 @@ namespace meridyn::hdf5 {
 /// "12", or "none" for values without a time level.
 std::string levelName(std::optional<int> timeLevel);
 
+/// The time level that a name stands for, none for "none" and for what is no number.
+std::optional<int> parseLevelName(const std::string& name);
+
+/// Drops the time levels from one on, of all meshes of a data file, with the times that the settings keep for them.
+void dropLevelsFrom(Hdf5File& file, int level);
+
 /// Writes the time levels of one mesh in a data file.
 class DataWriter {
 public:
@@ -34,6 +40,9 @@ public:
 
     bool hasLevel() const { return static_cast<bool>(_level); }
     bool isAt(std::optional<int> timeLevel) const { return _level && levelName(timeLevel) == _levelName; }
+
+    /// Leaves the level where it is now, complete or not, if it is one of those that are dropped.
+    void abandonLevelFrom(int firstDropped);
 
     /// @throws FormatError when a field lacks values
     void finish();

@@ -5,6 +5,7 @@
 #include "formats/hdf5/file/Hdf5File.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace meridyn::hdf5 {
 
@@ -173,6 +174,46 @@ std::uint64_t MeshReader::read(KelArray array, std::uint64_t first, std::uint64_
     const std::uint64_t n = std::min(rows.count, values.capacity);
     known->read(rows.first, n, values);
     return n;
+}
+
+bool MeshReader::hasIds(KelArray array) const
+{
+    const MeshArray which = meshArrayOf(array);
+    if (which.kind == MeshArray::Kind::Lists)
+        return listsOf(which.lists) != nullptr;
+    const ArrayInfo& info = infoOf(which.ids);
+    return which.kind == MeshArray::Kind::Ids && plain(_ids[static_cast<int>(which.ids)], info.category, info.name);
+}
+
+void MeshReader::showPiece(KelArray array, std::uint64_t first, std::uint64_t last, std::vector<std::uint64_t>& ids,
+                           const VisitIds& visit) const
+{
+    std::uint64_t expected = last - first + 1;
+    if (isOfLists(array)) {
+        std::vector<short> counts(expected);
+        const auto countsOf = static_cast<KelArray>(static_cast<int>(array) + 1);
+        if (read(countsOf, first, last, {counts.data(), counts.size()}) == 0)
+            expected = 0;
+        else
+            expected = std::accumulate(counts.begin(), counts.end(), std::uint64_t{0});
+    }
+    ids.resize(expected);
+    const std::uint64_t found = expected == 0 ? 0 : read(array, first, last, {ids.data(), ids.size()});
+    if (found > 0)
+        visit(ids.data(), found);
+    else if (first < last) // an element without values hides the others
+        for (std::uint64_t id = first; id <= last; ++id)
+            showPiece(array, id, id, ids, visit);
+}
+
+void MeshReader::showIds(KelArray array, std::uint64_t first, std::uint64_t last, const VisitIds& visit) const
+{
+    constexpr std::uint64_t pieceSize = 8 * 1024;
+    if (!hasIds(array))
+        return;
+    std::vector<std::uint64_t> ids;
+    for (std::uint64_t begin = first; begin <= last; begin += pieceSize)
+        showPiece(array, begin, std::min(last, begin + pieceSize - 1), ids, visit);
 }
 
 std::optional<int> MeshReader::uniformValue(KelArray array, std::uint64_t first, std::uint64_t last) const

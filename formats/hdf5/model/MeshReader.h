@@ -1,8 +1,9 @@
 #pragma once
 
 #include "formats/hdf5/arrays/FieldArray.h"
-#include "MeshArrays.h"
 #include "formats/hdf5/arrays/RaggedArray.h"
+#include "MeshArrays.h"
+#include "MeshCompletion.h"
 
 namespace meridyn::hdf5 {
 
@@ -24,6 +25,10 @@ public:
 
     /// The number that all elements have, of an array of counts or of small numbers.
     std::optional<int> uniformValue(KelArray array, std::uint64_t first, std::uint64_t last) const;
+
+    /// The ids that the elements of a range have in an array, piece by piece. Elements without any are left out; so is
+    /// a whole array that is not there.
+    void showIds(KelArray array, std::uint64_t first, std::uint64_t last, const VisitIds& visit) const;
 
 private:
     template <class Reader>
@@ -47,6 +52,9 @@ private:
     const RaggedReader* listsOf(Lists lists) const;
     const RunArrayReader* runsOf(const MeshArray& which) const;
 
+    bool hasIds(KelArray array) const;
+    void showPiece(KelArray array, std::uint64_t first, std::uint64_t last, std::vector<std::uint64_t>& ids,
+                   const VisitIds& visit) const;
     std::uint64_t coordinates(const Rows& rows, const KelBuffer& xyz) const;
     std::uint64_t ids(Ids which, const Rows& rows, const KelBuffer& values) const;
     std::uint64_t listIds(Lists which, const Rows& rows, const KelBuffer& values) const;

@@ -36,6 +36,13 @@ std::optional<std::string> readSetting(hid_t root, const std::string& group, con
     return settings ? readText(settings.get(), encodeName(key)) : std::nullopt;
 }
 
+void removeSetting(hid_t root, const std::string& group, const std::string& key)
+{
+    const Handle settings = openIfThere(root, "settings", encodeName(group));
+    if (settings && hasAttribute(settings.get(), encodeName(key)))
+        removeAttribute(settings.get(), encodeName(key));
+}
+
 std::vector<std::string> settingsKeys(hid_t root, const std::string& group)
 {
     const Handle settings = openIfThere(root, "settings", encodeName(group));

@@ -16,6 +16,7 @@ class Hdf5File;
 using TextPairs = std::vector<std::pair<std::string, std::string>>;
 void writeSettings(hid_t root, const std::string& group, const TextPairs& pairs, bool replaces);
 std::optional<std::string> readSetting(hid_t root, const std::string& group, const std::string& key);
+void removeSetting(hid_t root, const std::string& group, const std::string& key); ///< if it is there
 std::vector<std::string> settingsKeys(hid_t root, const std::string& group);
 std::vector<std::string> settingsGroups(hid_t root);
 /// @}

@@ -107,4 +107,29 @@ std::vector<ZoneRecord> readZones(Hdf5File& file, hid_t group)
     return zones;
 }
 
+void writeDerived(Hdf5File& file, hid_t group, const KelDerivedValues& derived)
+{
+    if (!derived.meshSizes.empty())
+        writeNumbers(group, "derived_sizes", {derived.meshSizes.begin(), derived.meshSizes.end()});
+    std::vector<int> table;
+    for (const auto& [zone, side] : derived.neighbours)
+        table.insert(table.end(), {zone, side});
+    if (!table.empty())
+        writeArray(file, group, "zone_neighbours_derived", table, 2);
+}
+
+KelDerivedValues readDerived(Hdf5File& file, hid_t group)
+{
+    KelDerivedValues derived;
+    for (const std::int64_t size : readNumbers(group, "derived_sizes").value_or(std::vector<std::int64_t>()))
+        if (size >= KEL_MESH_SIZE_1 && size <= KEL_MESH_SIZE_4)
+            derived.meshSizes.insert(static_cast<KelMeshSizeType>(size));
+    if (!hasLink(group, "zone_neighbours_derived"))
+        return derived;
+    const auto table = ArrayReader::open(file, group, "zone_neighbours_derived")->readAll<int>();
+    for (std::size_t i = 0; i + 1 < table.size(); i += 2)
+        derived.neighbours.emplace(table[i], table[i + 1]);
+    return derived;
+}
+
 } // namespace meridyn::hdf5

@@ -93,6 +93,34 @@ TEST_F(MemoryData, ValuesByTimeLevelAndPhase)
     EXPECT_EQ(readCells(), (Doubles{220, 221, 222}));
 }
 
+TEST_F(MemoryData, LevelsAreDroppedAndWrittenAnew)
+{
+    EXPECT_FALSE(writer.dropTimeLevelsFrom(1)) << "nothing is being written";
+    EXPECT_EQ(writer.getErrors(false, true).size(), 1U);
+    startData();
+    writer.addPhaseVariable(short(1), "p", variable);
+    const auto writeLevel = [this](int level, double first) {
+        writer.startWritingTimeLevel(level);
+        writeCells(first);
+        writer.writeSettingStrings({{std::to_string(level), "time"}}, KEL_DATA, "timeLevels");
+    };
+    for (const int level : {8, 9, 10, 11})
+        writeLevel(level, level);
+    ASSERT_TRUE(writer.endWriting(KEL_DATA));
+    writer.setAppendOn(true);
+    ASSERT_TRUE(writer.startWriting(KEL_DATA));
+    ASSERT_TRUE(writer.dropTimeLevelsFrom(9));
+    writeLevel(10, 100);
+    reopen(KEL_DATA);
+    EXPECT_EQ(reader.getTimeLevels(), (std::vector<int>{8, 10}));
+    EXPECT_EQ(readCells(), (Doubles{8, 9, 10}));
+    reader.startReadingTimeLevel(10);
+    EXPECT_EQ(readCells(), (Doubles{100, 101, 102}));
+    Texts keys;
+    reader.getSettingsKeysOfGroup(KEL_DATA, "timeLevels", keys);
+    EXPECT_EQ(keys, (Texts{"8", "10"}));
+}
+
 TEST_F(MemoryData, ValuesWithoutATimeLevel)
 {
     startData();

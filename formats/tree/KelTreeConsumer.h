@@ -115,7 +115,7 @@ private:
 
     std::shared_ptr<KelTree> _files[2]; ///< being written, by data class; null while none is
     KelDataClass _current = KEL_CASE;   ///< opened last
-    std::set<int> _dropped;             ///< time levels that KelBase still knows; only what is written anew brings one back
+    std::set<int> _dropped; ///< time levels that KelBase still knows; only what is written anew brings one back
 
     // What the start markers opened; null when nothing is.
     Node *_sections = nullptr, *_section = nullptr, *_field = nullptr, *_tracks = nullptr, *_group = nullptr;

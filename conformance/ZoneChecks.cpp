@@ -1,6 +1,6 @@
 #include "Checks.h"
 
-#include "exchange/common/BaseAccess.h"
+#include "formats/common/BaseAccess.h"
 #include "KelValueTypes.h"
 
 #include <limits>

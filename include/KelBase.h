@@ -311,6 +311,10 @@ protected:
     /// drops the mesh data all the same.
     bool setMeshContext(int meshId, KelTargetCategory target, int partitionId, UpdateMethod method);
 
+    /// Drops sizes, units and zones, as a change of the mesh context does, and with them what zone ids are used for;
+    /// the context itself stays. A reader calls it before it declares another mesh.
+    void dropMesh();
+
     /// Adds a time level; a negative or known one is ignored.
     void addTimeLevel(int timeLevel) const;
     /// Chooses a known time level, or the largest one for the smallest int. False, and no change, when it is unknown.

@@ -1,5 +1,5 @@
-#include "exchange/common/BaseAccess.h"
 #include "CompareRun.h"
+#include "formats/common/BaseAccess.h"
 #include "KelSolutionModel.h"
 
 #include <algorithm>

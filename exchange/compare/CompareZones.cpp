@@ -1,7 +1,7 @@
 #include "CompareRun.h"
 
-#include "KelLocationModel.h"
 #include "exchange/transfer/TransferRun.h"
+#include "KelLocationModel.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "exchange/common/BaseAccess.h"
+#include "formats/common/BaseAccess.h"
 #include "TransferRun.h"
 
 #include <algorithm>

@@ -5,61 +5,10 @@
 #include "KelSolutionModel.h"
 
 #include <algorithm>
-#include <list>
 
 namespace meridyn {
 
 namespace {
-
-void takeInfos(const KelBase& base, KelZoneDescription& zone)
-{
-    switch (zone.category) {
-    case KEL_NODE_ZONE:
-        base.getNodeZoneInfo(zone.id, KEL_NODE_ZONE_INFO_0, zone.infos[0]);
-        break;
-    case KEL_EDGE_ZONE:
-        for (int i = 0; i < 2; ++i)
-            base.getEdgeZoneInfo(zone.id, static_cast<KelEdgeZoneInfoType>(i), zone.infos[i]);
-        break;
-    case KEL_FACE_ZONE:
-        for (int i = 0; i < 6; ++i)
-            base.getFaceZoneInfo(zone.id, static_cast<KelFaceZoneInfoType>(i), zone.infos[i]);
-        base.getAllFaceZoneFlags(zone.id, zone.flags);
-        break;
-    default:
-        for (int i = 0; i < 2; ++i)
-            base.getCellZoneInfo(zone.id, static_cast<KelCellZoneInfoType>(i), zone.infos[i]);
-    }
-}
-
-void takeNeighbours(KelBase& base, KelZoneDescription& zone)
-{
-    std::list<int> ids;
-    if (zone.category == KEL_FACE_ZONE) {
-        base.getFaceCellZone0Ids(zone.id, ids);
-        zone.neighbours[0].assign(ids.begin(), ids.end());
-        base.getFaceCellZone1Ids(zone.id, ids);
-        zone.neighbours[1].assign(ids.begin(), ids.end());
-    } else if (zone.category == KEL_CELL_ZONE) {
-        base.getCellFaceZoneIds(zone.id, ids);
-        zone.neighbours[0].assign(ids.begin(), ids.end());
-    }
-}
-
-KelZoneDescription describeZone(KelBase& base, KelZoneCategory category, int id)
-{
-    KelZoneDescription zone;
-    zone.category = category;
-    zone.id = id;
-    base.getZoneSizeInfo(id, KEL_ZONE_FIRST_ID, zone.first);
-    base.getZoneSizeInfo(id, KEL_ZONE_LAST_ID, zone.last);
-    base.getZoneSizeInfo(id, KEL_ZONE_EXTRA_SIZE, zone.extra);
-    base.getZoneStringInfo(id, KEL_ZONE_STRING_0, zone.texts[0]);
-    base.getZoneStringInfo(id, KEL_ZONE_STRING_1, zone.texts[1]);
-    takeInfos(base, zone);
-    takeNeighbours(base, zone);
-    return zone;
-}
 
 /// The attributes of a phase or a variable, "Dataset Name" included, which the lists leave out.
 template <class Id>
@@ -176,19 +125,7 @@ void KelFormatConsumer::keepText(KelCollection, const std::string&, const std::s
 
 KelMeshDescription KelFormatConsumer::describeMesh() const
 {
-    KelMeshDescription mesh;
-    for (int type = KEL_MESH_DIMENSION; type <= KEL_MESH_SIZE_4; ++type)
-        getMeshSize(static_cast<KelMeshSizeType>(type), mesh.sizes[type]);
-    getMeshUnits(mesh.units);
-    // The adjacency of zones is worked out when it is first asked for, hence its getters are not const.
-    KelBase& base = const_cast<KelFormatConsumer&>(*this);
-    for (const KelZoneCategory category : {KEL_NODE_ZONE, KEL_EDGE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE}) {
-        std::vector<int> ids;
-        getZoneIds(category, ids);
-        for (const int id : ids)
-            mesh.zones.push_back(describeZone(base, category, id));
-    }
-    return mesh;
+    return meridyn::describeMesh(*this);
 }
 
 KelSolutionDescription KelFormatConsumer::describeSolution() const

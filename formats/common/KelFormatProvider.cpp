@@ -1,37 +1,16 @@
 #include "KelFormatProvider.h"
 
+#include "KelMessage.h"
+#include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
 
 #include <algorithm>
-#include <list>
 
 namespace meridyn {
 
 namespace {
 
 constexpr short mixture = -1;
-constexpr KelZoneCategory categories[] = {KEL_NODE_ZONE, KEL_EDGE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE};
-
-void setInfos(KelBase& base, const KelZoneDescription& zone)
-{
-    switch (zone.category) {
-    case KEL_NODE_ZONE:
-        base.setNodeZoneInfo(zone.id, KEL_NODE_ZONE_INFO_0, zone.infos[0]);
-        break;
-    case KEL_EDGE_ZONE:
-        for (int i = 0; i < 2; ++i)
-            base.setEdgeZoneInfo(zone.id, static_cast<KelEdgeZoneInfoType>(i), zone.infos[i]);
-        break;
-    case KEL_FACE_ZONE:
-        for (int i = 0; i < 6; ++i)
-            base.setFaceZoneInfo(zone.id, static_cast<KelFaceZoneInfoType>(i), zone.infos[i]);
-        base.setAllFaceZoneFlags(zone.id, zone.flags);
-        break;
-    default:
-        for (int i = 0; i < 2; ++i)
-            base.setCellZoneInfo(zone.id, static_cast<KelCellZoneInfoType>(i), zone.infos[i]);
-    }
-}
 
 template <class List, class T>
 bool contains(const List& list, const T& value)
@@ -54,6 +33,34 @@ std::vector<T> listOf(const std::vector<KelMeshKey>& keys, const Item& item)
 
 KelFormatProvider::KelFormatProvider() = default;
 KelFormatProvider::~KelFormatProvider() = default;
+
+// ---- opening and the ledger
+
+bool KelFormatProvider::startReading(KelDataClass dataClass)
+{
+    if (dataClass == KEL_CASE || dataClass == KEL_DATA)
+        _notRead[dataClass] = {};
+    return KelFileProvider::startReading(dataClass);
+}
+
+std::vector<KelSourceItem> KelFormatProvider::notHandedOver(KelDataClass dataClass) const
+{
+    return dataClass == KEL_CASE || dataClass == KEL_DATA ? _notRead[dataClass].items : std::vector<KelSourceItem>();
+}
+
+void KelFormatProvider::noteNotRead(KelDataClass dataClass, const KelSourceItem& item) const
+{
+    NotRead& noted = _notRead[dataClass == KEL_DATA ? 1 : 0];
+    if (noted.known.emplace(item.family, item.place, static_cast<int>(item.reason), item.text).second)
+        noted.items.push_back(item);
+}
+
+void KelFormatProvider::warnOfSource(KelDataClass dataClass, const KelSourceItem& item,
+                                     const std::string& operation) const
+{
+    noteNotRead(dataClass, item);
+    getMessageRegistrar()->registerMessage(KelWarning(item.place + ": " + item.text, operation));
+}
 
 // ---- settings, meshes and cells
 
@@ -274,43 +281,12 @@ std::vector<KelMeshKey> KelFormatProvider::meshKeys(KelDataClass) const
 
 void KelFormatProvider::declareMesh(const KelMeshDescription& mesh)
 {
-    setMeshSize(mesh.sizes[0], mesh.sizes[1], mesh.sizes[2], mesh.sizes[3], mesh.sizes[4]);
-    setMeshUnits(mesh.units);
-    declareZones(mesh.zones);
+    meridyn::declareMesh(*this, mesh);
 }
 
 void KelFormatProvider::declareZones(const std::vector<KelZoneDescription>& zones)
 {
-    for (const KelZoneCategory category : categories) {
-        std::vector<int> ids;
-        getZoneIds(category, ids);
-        setZoneIds(category, {});
-        setZoneCategory(ids, static_cast<KelZoneCategory>(-1)); // or an id would keep its category
-    }
-    for (const KelZoneCategory category : categories) {
-        std::vector<int> ids;
-        for (const KelZoneDescription& zone : zones)
-            if (zone.category == category)
-                ids.push_back(zone.id);
-        setZoneIds(category, ids);
-    }
-    std::map<int, std::list<int>> beside[2], around;
-    for (const KelZoneDescription& zone : zones) {
-        setZoneSizeInfo(zone.id, KEL_ZONE_FIRST_ID, zone.first);
-        setZoneSizeInfo(zone.id, KEL_ZONE_LAST_ID, zone.last);
-        setZoneSizeInfo(zone.id, KEL_ZONE_EXTRA_SIZE, zone.extra);
-        setZoneStringInfo(zone.id, KEL_ZONE_STRING_0, zone.texts[0]);
-        setZoneStringInfo(zone.id, KEL_ZONE_STRING_1, zone.texts[1]);
-        setInfos(*this, zone);
-        for (int side = 0; side < 2; ++side)
-            if (zone.category == KEL_FACE_ZONE && !zone.neighbours[side].empty())
-                beside[side][zone.id].assign(zone.neighbours[side].begin(), zone.neighbours[side].end());
-        if (zone.category == KEL_CELL_ZONE && !zone.neighbours[0].empty())
-            around[zone.id].assign(zone.neighbours[0].begin(), zone.neighbours[0].end());
-    }
-    setFaceCellZone0Ids(beside[0]);
-    setFaceCellZone1Ids(beside[1]);
-    setCellFaceZoneIds(around);
+    meridyn::declareZones(*this, zones);
 }
 
 void KelFormatProvider::declareSolution(const KelSolutionDescription& solution)

@@ -4,11 +4,14 @@
 #include "KelFileProvider.h"
 #include "KelMeshKey.h"
 #include "KelModelDescription.h"
+#include "KelSourceLedger.h"
 #include "KelValues.h"
 
 #include <array>
 #include <optional>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace meridyn {
@@ -20,12 +23,22 @@ namespace meridyn {
 ///           data or a chunk of particle tracks from namesIn, describe, giveWhole and giveText. A format overrides
 ///           these. The forms by phase id, of the active phase, by the id of a variable reach the form with the name.
 /// Meshes    the lists of meshes, targets and partitions come from meshKeys, which a format overrides.
+/// Ledger    what a format does not hand over of its source it notes with noteNotRead; what it works out itself it
+/// tells
+///           by overriding derived.
 /// Overloads a format that overrides one overload repeats the others with `using KelFormatProvider::...`.
-class KEL_API KelFormatProvider : public KelFileProvider {
+class KEL_API KelFormatProvider : public KelFileProvider, public KelSourceLedger {
 public:
     /// No file is named and nothing is open.
     KelFormatProvider();
     ~KelFormatProvider() override;
+
+    /// Opens the file named for the data class, and starts its ledger anew.
+    bool startReading(KelDataClass dataClass) override;
+    using KelFileProvider::startReading;
+
+    /// What noteNotRead was told since the data class was opened.
+    std::vector<KelSourceItem> notHandedOver(KelDataClass dataClass) const override;
 
     // clang-format off
     /// @name Settings and meshes
@@ -183,6 +196,11 @@ protected:
     /// The meshes that the open file of a data class has, in their order; none here.
     virtual std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const;
 
+    /// Notes that something of the source is not handed over; each item once. May be called while reading.
+    void noteNotRead(KelDataClass dataClass, const KelSourceItem& item) const;
+    /// The same for something that users should also hear of at once: posts a KelWarning "<place>: <text>".
+    void warnOfSource(KelDataClass dataClass, const KelSourceItem& item, const std::string& operation) const;
+
     /// Declares sizes, units and zones. Nothing is left of the zones that were there before.
     void declareMesh(const KelMeshDescription& mesh);
     /// The zones alone.
@@ -229,6 +247,13 @@ private:
     unsigned64 giveUpTo(KelCollection in, KelPart part, const std::string& name, const KelBuffer& values) const;
 
     void declareVariablesAndPhases(const KelSolutionDescription& solution);
+
+    /// What was noted of a data class: in order, and by content, since a source may hold very many such things.
+    struct NotRead {
+        std::vector<KelSourceItem> items;
+        std::set<std::tuple<int, std::string, int, std::string>> known;
+    };
+    mutable std::array<NotRead, 2> _notRead; ///< by data class
 };
 
 } // namespace meridyn

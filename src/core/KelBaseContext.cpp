@@ -71,6 +71,11 @@ bool KelBase::setMeshContext(int meshId, KelTargetCategory target, int partition
     return true;
 }
 
+void KelBase::dropMesh()
+{
+    _data->resetMesh();
+}
+
 // ---- mesh sizes ------------------------------------------------------------------
 
 static bool isMeshSizeType(int type)

@@ -67,6 +67,18 @@ TEST(MeshContextOfBase, StartsWithoutAMesh)
     }
 }
 
+TEST(MeshContextOfBase, DroppingTheMeshKeepsTheContext)
+{
+    OpenBase base;
+    base.setMeshContext(4, KEL_PARTITIONED_POST, 2, KelBase::KEL_UPDATE_NONE);
+    loadMesh(base);
+    base.setZoneIds(KEL_CELL_ZONE, {}); // 7 is no zone any more, but still a cell zone's id
+    base.dropMesh();
+    EXPECT_FALSE(hasMesh(base));
+    EXPECT_EQ(base.getZoneCategory(7), -1);
+    expectContext(base, 4, KEL_PARTITIONED_POST, 2);
+}
+
 TEST(MeshContextOfBase, MeshIdBelow1ChangesNothing)
 {
     for (const int id : {0, -5, INT_MIN}) {

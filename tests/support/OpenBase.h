@@ -14,6 +14,7 @@ public:
     using KelBase::addVariableOfCategory;
     using KelBase::attributeProvider;
     using KelBase::clearVariablesOfCategories;
+    using KelBase::dropMesh;
     using KelBase::getActivePhase;
     using KelBase::getApplicationName;
     using KelBase::getGroupNameForPhase;

@@ -167,7 +167,7 @@ TEST(FormatFamilies, HaveNamesOfTheirOwn)
     for (int family = 0; family < KEL_FAMILY_COUNT; ++family)
         names.push_back(formatFamilyName(static_cast<KelFormatFamily>(family)));
     EXPECT_EQ(names.front(), "coordinates");
-    EXPECT_EQ(names.back(), "several meshes");
+    EXPECT_EQ(names.back(), "solver type");
     std::sort(names.begin(), names.end());
     EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end());
     EXPECT_EQ(formatFamilyName(KEL_FAMILY_COUNT), "");

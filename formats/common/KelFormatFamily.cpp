@@ -1,4 +1,4 @@
-#include "KelFormat.h"
+#include "KelFormatFamily.h"
 
 namespace meridyn {
 
@@ -9,7 +9,7 @@ std::string formatFamilyName(KelFormatFamily family)
         "child faces",   "cell types",      "cell nodes",     "cell faces", "partitions",      "child cells",
         "case sections", "zone properties", "zone adjacency", "local ids",  "phases",          "variables",
         "attributes",    "time levels",     "sets",           "set data",   "particle tracks", "settings",
-        "log",           "locations",       "several meshes",
+        "log",           "locations",       "several meshes", "mesh sizes", "solver type",
     };
     static_assert(sizeof(names) / sizeof(*names) == KEL_FAMILY_COUNT);
     return family >= 0 && family < KEL_FAMILY_COUNT ? names[family] : "";

@@ -7,15 +7,16 @@
 
 namespace meridyn {
 
-/// The one place where transfer and comparison reach what KelBase keeps for readers and writers.
+/// The one place where code that is neither a reader nor a writer reaches what KelBase keeps for them.
 ///
-/// A transfer stands between a reader and a writer and belongs to neither, yet carries over what only they can say
-/// about themselves: adjacency lists, the mesh context, the solution model. A pointer to a protected member, named
-/// through a derived class, may be used on any KelBase.
+/// Copying, comparing and declaring a mesh need adjacency lists, the mesh context and the solution model of any
+/// KelBase. A pointer to a protected member, named through a derived class, may be used on all of them.
 class BaseAccess : public KelBase {
     using ZoneLists = std::map<int, std::list<int>>;
 
 public:
+    static void drop(KelBase& base) { (base.*&BaseAccess::dropMesh)(); }
+
     static void setCellZones0(KelBase& base, const ZoneLists& lists)
     {
         (base.*&BaseAccess::setFaceCellZone0Ids)(lists);

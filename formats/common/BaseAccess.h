@@ -4,6 +4,7 @@
 
 #include <list>
 #include <map>
+#include <vector>
 
 namespace meridyn {
 
@@ -30,6 +31,11 @@ public:
     static void setContext(KelBase& base, int meshId, KelTargetCategory target, int partitionId)
     {
         (base.*&BaseAccess::setMeshContext)(meshId, target, partitionId, KEL_UPDATE_NONE);
+    }
+
+    static void variablesOfCategory(const KelBase& base, KelZoneCategory category, std::vector<int>& variableIds)
+    {
+        (base.*&BaseAccess::getVariablesOfCategory)(category, variableIds);
     }
 
     static KelSolutionModel& model(const KelBase& base) { return *(base.*&BaseAccess::solutionModel)(); }

@@ -8,27 +8,6 @@
 
 namespace meridyn {
 
-namespace {
-
-/// The attributes of a phase or a variable, "Dataset Name" included, which the lists leave out.
-template <class Id>
-std::map<std::string, std::string> attributesOf(const KelSolutionModel& model, Id id,
-                                                bool (KelSolutionModel::*getNames)(Id, std::vector<std::string>&) const,
-                                                bool (KelSolutionModel::*get)(Id, const std::string&, std::string&)
-                                                    const)
-{
-    std::map<std::string, std::string> attributes;
-    std::vector<std::string> names;
-    (model.*getNames)(id, names);
-    names.emplace_back("Dataset Name");
-    for (const std::string& name : names)
-        if (std::string value; (model.*get)(id, name, value))
-            attributes[name] = value;
-    return attributes;
-}
-
-} // namespace
-
 KelFormatConsumer::KelFormatConsumer() = default;
 KelFormatConsumer::~KelFormatConsumer() = default;
 
@@ -130,31 +109,14 @@ KelMeshDescription KelFormatConsumer::describeMesh() const
 
 KelSolutionDescription KelFormatConsumer::describeSolution() const
 {
-    const KelSolutionModel& model = *solutionModel();
-    std::map<int, std::set<int>> categories; // by variable
-    for (const KelZoneCategory category : {KEL_NODE_ZONE, KEL_EDGE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE}) {
-        std::vector<int> ids;
-        getVariablesOfCategory(category, ids);
-        for (const int id : ids)
-            categories[id].insert(category);
-    }
-    KelSolutionDescription solution;
-    solution.timeLevels = getTimeLevels();
-    std::vector<short> phaseIds;
-    model.getPhases(phaseIds);
-    for (const short phase : phaseIds) {
-        solution.phases.push_back({phase, getPhaseName(phase),
-                                   attributesOf(model, phase, &KelSolutionModel::getAttributeNamesOfPhase,
-                                                &KelSolutionModel::getAttributeOfPhase)});
-        std::vector<int> ids;
-        model.getVariables(phase, ids);
-        for (const int id : ids)
-            solution.variables.push_back({id, phase, variableName(id),
-                                          attributesOf(model, id, &KelSolutionModel::getAttributeNamesOfVariable,
-                                                       &KelSolutionModel::getAttributeOfVariable),
-                                          categories[id]});
-    }
-    return solution;
+    return meridyn::describeSolution(*this);
+}
+
+std::optional<int> KelFormatConsumer::chosenLevel() const
+{
+    const std::vector<int>& levels = getTimeLevels();
+    const bool isKnown = std::find(levels.begin(), levels.end(), getTimeLevel()) != levels.end();
+    return isKnown ? std::optional<int>(getTimeLevel()) : std::nullopt;
 }
 
 std::pair<unsigned64, unsigned64> KelFormatConsumer::rangeOfZone(int zoneId) const

@@ -6,6 +6,7 @@
 #include "KelValues.h"
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -204,6 +205,9 @@ protected:
 
     /// Time levels, phases and variables as they are now.
     KelSolutionDescription describeSolution() const;
+
+    /// The time level to which data belong now; none before the first was started.
+    std::optional<int> chosenLevel() const;
 
     /// Element ids of a zone, 0 and 0 for an unknown one.
     std::pair<unsigned64, unsigned64> rangeOfZone(int zoneId) const;

@@ -48,6 +48,22 @@ std::vector<KelSourceItem> KelFormatProvider::notHandedOver(KelDataClass dataCla
     return dataClass == KEL_CASE || dataClass == KEL_DATA ? _notRead[dataClass].items : std::vector<KelSourceItem>();
 }
 
+std::optional<std::vector<KelMeshKey>> KelFormatProvider::meshesOf(KelDataClass dataClass) const
+{
+    return meshKeys(dataClass);
+}
+
+void KelFormatProvider::chooseNoLevel(bool on)
+{
+    _isAtNoLevel = on;
+}
+
+std::optional<int> KelFormatProvider::chosenLevel() const
+{
+    const bool isKnown = !_isAtNoLevel && contains(getTimeLevels(), getTimeLevel());
+    return isKnown ? std::optional<int>(getTimeLevel()) : std::nullopt;
+}
+
 void KelFormatProvider::noteNotRead(KelDataClass dataClass, const KelSourceItem& item) const
 {
     NotRead& noted = _notRead[dataClass == KEL_DATA ? 1 : 0];

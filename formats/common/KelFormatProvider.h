@@ -39,6 +39,10 @@ public:
 
     /// What noteNotRead was told since the data class was opened.
     std::vector<KelSourceItem> notHandedOver(KelDataClass dataClass) const override;
+    /// As meshKeys has them.
+    std::optional<std::vector<KelMeshKey>> meshesOf(KelDataClass dataClass) const override;
+    /// Makes chosenLevel none.
+    void chooseNoLevel(bool on) override;
 
     // clang-format off
     /// @name Settings and meshes
@@ -196,6 +200,9 @@ protected:
     /// The meshes that the open file of a data class has, in their order; none here.
     virtual std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const;
 
+    /// The time level whose data are asked for; none when the chosen one is not known, or after chooseNoLevel.
+    std::optional<int> chosenLevel() const;
+
     /// Notes that something of the source is not handed over; each item once. May be called while reading.
     void noteNotRead(KelDataClass dataClass, const KelSourceItem& item) const;
     /// The same for something that users should also hear of at once: posts a KelWarning "<place>: <text>".
@@ -254,6 +261,7 @@ private:
         std::set<std::tuple<int, std::string, int, std::string>> known;
     };
     mutable std::array<NotRead, 2> _notRead; ///< by data class
+    bool _isAtNoLevel = false;
 };
 
 } // namespace meridyn

@@ -2,7 +2,10 @@
 
 #include "KelTypes.h"
 
+#include <charconv>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <tuple>
 
 namespace meridyn {
@@ -25,6 +28,26 @@ struct KelMeshKey {
     {
         return "mesh_" + std::to_string(meshId) + "_target_" + std::to_string(target) + "_partition_" +
                std::to_string(partitionId);
+    }
+
+    /// The key that groupName gave the name of; none for any other text.
+    static std::optional<KelMeshKey> ofGroupName(const std::string& name)
+    {
+        KelMeshKey key;
+        int* const numbers[] = {&key.meshId, &key.target, &key.partitionId};
+        const char* const words[] = {"mesh_", "_target_", "_partition_"};
+        const char* at = name.data();
+        const char* const end = name.data() + name.size();
+        for (int n = 0; n < 3; ++n) {
+            const std::string_view word = words[n];
+            if (std::string_view(at, static_cast<std::size_t>(end - at)).substr(0, word.size()) != word)
+                return std::nullopt;
+            const auto [next, error] = std::from_chars(at + word.size(), end, *numbers[n]);
+            if (error != std::errc())
+                return std::nullopt;
+            at = next;
+        }
+        return at == end && key.groupName() == name ? std::optional(key) : std::nullopt;
     }
 
     friend bool operator==(const KelMeshKey& a, const KelMeshKey& b) { return a.tie() == b.tie(); }

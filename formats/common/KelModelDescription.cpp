@@ -1,6 +1,7 @@
 #include "KelModelDescription.h"
 
 #include "formats/common/BaseAccess.h"
+#include "KelSolutionModel.h"
 
 #include <list>
 
@@ -118,6 +119,36 @@ void declareAdjacency(KelBase& base, const std::vector<KelZoneDescription>& zone
     BaseAccess::setFaceZones(base, around);
 }
 
+/// The attributes of a phase or a variable, "Dataset Name" included, which the lists leave out.
+template <class Id>
+std::map<std::string, std::string> attributesOf(const KelSolutionModel& model, Id id,
+                                                bool (KelSolutionModel::*getNames)(Id, std::vector<std::string>&) const,
+                                                bool (KelSolutionModel::*get)(Id, const std::string&, std::string&)
+                                                    const)
+{
+    std::map<std::string, std::string> attributes;
+    std::vector<std::string> names;
+    (model.*getNames)(id, names);
+    names.emplace_back("Dataset Name");
+    for (const std::string& name : names)
+        if (std::string value; (model.*get)(id, name, value))
+            attributes[name] = value;
+    return attributes;
+}
+
+/// The zone categories on which each variable lives.
+std::map<int, std::set<int>> categoriesOfVariables(const KelBase& base)
+{
+    std::map<int, std::set<int>> found;
+    for (const KelZoneCategory category : categories) {
+        std::vector<int> ids;
+        BaseAccess::variablesOfCategory(base, category, ids);
+        for (const int id : ids)
+            found[id].insert(category);
+    }
+    return found;
+}
+
 } // namespace
 
 KelZoneDescription freshZone(KelZoneCategory category, int id)
@@ -176,6 +207,33 @@ void declareZones(KelBase& base, const std::vector<KelZoneDescription>& zones)
     KelMeshDescription mesh = describeSizes(base);
     mesh.zones = zones;
     declareMesh(base, mesh);
+}
+
+KelSolutionDescription describeSolution(const KelBase& base)
+{
+    const KelSolutionModel& model = BaseAccess::model(base);
+    const std::map<int, std::set<int>> categoriesOf = categoriesOfVariables(base);
+    KelSolutionDescription solution;
+    solution.timeLevels = base.getTimeLevels();
+    std::vector<short> phaseIds;
+    model.getPhases(phaseIds);
+    for (const short phase : phaseIds) {
+        solution.phases.push_back({phase, base.getPhaseName(phase),
+                                   attributesOf(model, phase, &KelSolutionModel::getAttributeNamesOfPhase,
+                                                &KelSolutionModel::getAttributeOfPhase)});
+        std::vector<int> ids;
+        model.getVariables(phase, ids);
+        for (const int id : ids) {
+            std::string name;
+            model.getUniqueNameOfVariable(id, name);
+            const auto found = categoriesOf.find(id);
+            solution.variables.push_back({id, phase, name,
+                                          attributesOf(model, id, &KelSolutionModel::getAttributeNamesOfVariable,
+                                                       &KelSolutionModel::getAttributeOfVariable),
+                                          found == categoriesOf.end() ? std::set<int>() : found->second});
+        }
+    }
+    return solution;
 }
 
 } // namespace meridyn

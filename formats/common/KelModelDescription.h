@@ -80,4 +80,8 @@ struct KelSolutionDescription {
     std::vector<KelVariableDescription> variables; ///< of all phases, in their order
 };
 
+/// Everything that a reader or writer knows of its solution without the values: time levels, phases and variables with
+/// their attributes as they are stored, whatever mapping files would make of them.
+KEL_API KelSolutionDescription describeSolution(const KelBase& base);
+
 } // namespace meridyn

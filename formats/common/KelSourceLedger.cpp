@@ -22,6 +22,29 @@ KelPlainDataType KelSourceLedger::storedType(KelArray) const
     return static_cast<KelPlainDataType>(-1);
 }
 
+std::optional<std::vector<KelMeshKey>> KelSourceLedger::meshesOf(KelDataClass) const
+{
+    return std::nullopt;
+}
+
+std::optional<std::vector<KelMeshKey>> KelSourceLedger::meshesWithTracks(short) const
+{
+    return std::nullopt;
+}
+
+std::optional<std::string> KelSourceLedger::locationState(KelDataClass) const
+{
+    return std::nullopt;
+}
+
+bool KelSourceLedger::hasDataAtNoLevel() const
+{
+    return false;
+}
+
+void KelSourceLedger::chooseNoLevel(bool)
+{}
+
 std::optional<std::vector<KelIdRange>> KelSourceLedger::elementsWithValues(KelArray, unsigned64, unsigned64) const
 {
     return std::nullopt;

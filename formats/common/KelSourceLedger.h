@@ -3,6 +3,7 @@
 #include "KelArrays.h"
 #include "KelExport.h"
 #include "KelFormatFamily.h"
+#include "KelMeshKey.h"
 #include "KelTypes.h"
 
 #include <optional>
@@ -52,7 +53,8 @@ struct KelDerived {
     std::set<KelArray> arrays; ///< of the mesh; of lists the array of the ids
 };
 
-/// What a reader says about its source beside the frames: what it did not hand over, and what it added.
+/// What a reader says about its source beside the frames: what it did not hand over, what it added, and what there is
+/// that the frames have no question for.
 ///
 /// A reader implements it by also deriving from it; whoever reads finds it with dynamic_cast. The readers of our
 /// formats do, see KelFormatProvider. Without one nobody can tell whether a model was read completely, and a loss
@@ -75,6 +77,24 @@ public:
     /// The type in which the source holds coordinates, or values of the variable that was started: KEL_PLAIN_FLOAT or
     /// KEL_PLAIN_DOUBLE. -1, as here, when it cannot be told; values are then read and copied as double.
     virtual KelPlainDataType storedType(KelArray array) const;
+
+    /// The meshes of the open file of a data class, in its order. None, as here, when the reader cannot tell: the lists
+    /// of the frame are asked then, which leave open which target goes with which partition.
+    virtual std::optional<std::vector<KelMeshKey>> meshesOf(KelDataClass dataClass) const;
+
+    /// The meshes for which a phase has particle tracks at the chosen time level, also those that the file does not
+    /// have, and the mesh id -1. None, as here, when the reader cannot tell: the meshes of the file are tried then.
+    virtual std::optional<std::vector<KelMeshKey>> meshesWithTracks(short phaseId) const;
+
+    /// The state of the location model as the open file of a data class holds it, empty when it holds none. None, as
+    /// here, when the reader cannot tell: its one location model then stands for the case.
+    virtual std::optional<std::string> locationState(KelDataClass dataClass) const;
+
+    /// Whether the data have anything at no time level although they have time levels. False here.
+    virtual bool hasDataAtNoLevel() const;
+    /// Chooses what lies at no time level, until it is called with false: then the chosen time level counts again.
+    /// Does nothing here.
+    virtual void chooseNoLevel(bool on);
 
     /// The elements among `firstId` to `lastId` that have values of an array (lists: a count), ascending and without
     /// overlap; of values of variables and case sections those of what was started. None, as here, when the reader

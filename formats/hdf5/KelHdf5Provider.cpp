@@ -206,6 +206,13 @@ void KelHdf5Provider::initLocationModel() const
     _data->loadLocations();
 }
 
+std::optional<std::string> KelHdf5Provider::locationState(KelDataClass dataClass) const
+{
+    return _data->ask(dataClass, "locationState", std::string(), [](Data::Session& session) {
+        return readLongText(*session.file, session.file->id(), "locations").value_or("");
+    });
+}
+
 void KelHdf5Provider::Data::loadLocations() const
 {
     for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA}) {

@@ -108,6 +108,10 @@ public:
 
     using KelFileProvider::startReading;
 
+    std::optional<std::vector<KelMeshKey>> meshesWithTracks(short phaseId) const override;
+    bool hasDataAtNoLevel() const override;
+    std::optional<std::string> locationState(KelDataClass dataClass) const override;
+
 protected:
     /// @name Opening, closing and loading again
     /// @{

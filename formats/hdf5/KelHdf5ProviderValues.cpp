@@ -13,9 +13,7 @@ using namespace hdf5;
 hdf5::Handle KelHdf5Provider::Data::levelGroup() const
 {
     const Session* const target = session(KEL_DATA);
-    const std::vector<int>& known = reader.getTimeLevels();
-    const bool isKnown = std::find(known.begin(), known.end(), reader.getTimeLevel()) != known.end();
-    const std::string name = levelName(isKnown ? std::optional<int>(reader.getTimeLevel()) : std::nullopt);
+    const std::string name = levelName(reader.chosenLevel());
     return target != nullptr && levels.count(name) > 0 ? findGroup(target->mesh.get(), {"levels", name}) : Handle();
 }
 
@@ -125,6 +123,25 @@ bool KelHdf5Provider::hasParticleTracks(short phaseId, int meshId, KelTargetCate
         const Handle group = _data->groupInPhase(name, "tracks");
         return group && hasLink(group.get(), trackKey(meshId, target, partitionId));
     });
+}
+
+std::optional<std::vector<KelMeshKey>> KelHdf5Provider::meshesWithTracks(short phaseId) const
+{
+    std::string name;
+    std::vector<KelMeshKey> keys;
+    if (!getPhaseName(phaseId, name))
+        return keys;
+    return _data->ask(KEL_DATA, "meshesWithTracks", keys, [&](Data::Session&) {
+        for (const std::string& link : decodedNames(_data->groupInPhase(name, "tracks")))
+            if (const std::optional<KelMeshKey> key = KelMeshKey::ofGroupName(link))
+                keys.push_back(*key);
+        return keys;
+    });
+}
+
+bool KelHdf5Provider::hasDataAtNoLevel() const
+{
+    return !getTimeLevels().empty() && _data->levels.count(levelName(std::nullopt)) > 0;
 }
 
 void KelHdf5Provider::startReadingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId)

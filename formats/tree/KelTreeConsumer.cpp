@@ -152,6 +152,13 @@ bool KelTreeConsumer::dropTimeLevelsFrom(int first)
     return true;
 }
 
+/// Of a case the model is taken when its mesh is complete; of data only what was handed over for them.
+void KelTreeConsumer::cacheLocationModelState(const Text& state) const
+{
+    if (KelTree::Mesh* to = isOpen(KEL_CASE) ? nullptr : mesh(KEL_DATA))
+        to->locations = state;
+}
+
 // ---- where things go
 
 KelTree::Mesh* KelTreeConsumer::mesh(KelDataClass dataClass) const
@@ -163,7 +170,8 @@ KelTree::Mesh* KelTreeConsumer::mesh(KelDataClass dataClass) const
 KelTreeNode* KelTreeConsumer::tree(KelDataClass dataClass) const
 {
     Node* tree = started(dataClass) ? &mesh(dataClass)->tree : nullptr;
-    return dataClass == KEL_DATA ? open(tree, {levelName(getTimeLevel())}) : tree;
+    const std::optional<int> level = chosenLevel();
+    return dataClass != KEL_DATA ? tree : open(tree, {level ? levelName(*level) : "no level"});
 }
 
 KelTreeNode* KelTreeConsumer::phase() const

@@ -41,6 +41,7 @@ public:
     void writeSettingStrings(const Pairs& pairs, KelDataClass dataClass, const Text& group) const override;
     bool addStringAttribute(const Text& section, const Text& group, const Text& name, const Text& value) const override;
     void writeMeshAttributes() const override;
+    void cacheLocationModelState(const Text& state) const override;
 
     // ---- mesh
     void setLocalElemIdsInZone(int zone, const Id* v, Id n) override { keepList(open(tree(KEL_CASE), {"local ids", std::to_string(zone)}), {v, n}); }

@@ -97,10 +97,25 @@ std::vector<KelMeshKey> KelTreeProvider::meshKeys(KelDataClass dataClass) const
     return keys;
 }
 
+std::optional<std::vector<KelMeshKey>> KelTreeProvider::meshesWithTracks(short phaseId) const
+{
+    std::vector<KelMeshKey> keys;
+    for (const Text& name : phase(getPhaseName(phaseId))["tracks"].names())
+        if (const std::optional<KelMeshKey> key = KelMeshKey::ofGroupName(name))
+            keys.push_back(*key);
+    return keys;
+}
+
+bool KelTreeProvider::hasDataAtNoLevel() const
+{
+    return isOpen(KEL_DATA) && _meshes[KEL_DATA] && !getTimeLevels().empty() && _meshes[KEL_DATA]->tree["no level"];
+}
+
 const KelTreeNode& KelTreeProvider::tree(KelDataClass dataClass) const
 {
     const Node& tree = isOpen(dataClass) && _meshes[dataClass] ? _meshes[dataClass]->tree : Node::nothing;
-    return dataClass == KEL_DATA ? tree["level " + std::to_string(getTimeLevel())] : tree;
+    const std::optional<int> level = chosenLevel();
+    return dataClass != KEL_DATA ? tree : level ? tree["level " + std::to_string(*level)] : tree["no level"];
 }
 
 const KelTreeNode& KelTreeProvider::nodeOf(KelArray array) const

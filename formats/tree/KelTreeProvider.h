@@ -89,6 +89,11 @@ public:
     bool startReadingSetData(const Text& name, Id& memberCount) override { return bool(sizeOf(*(_open[KelCollection::SetData] = &phase()["set data"][name]), memberCount)); }
     void endReadingSetData() override { _open.erase(KelCollection::SetData); }
 
+    // ---- beside the frame
+    std::optional<std::vector<KelMeshKey>> meshesWithTracks(short phaseId) const override;
+    bool hasDataAtNoLevel() const override;
+    std::optional<std::string> locationState(KelDataClass dataClass) const override { return isOpen(dataClass) && _meshes[dataClass] ? _meshes[dataClass]->locations : Text(); }
+
 protected:
     virtual KelTreeFile load(KelDataClass dataClass, const Text& fileName) = 0; ///< What a format overrides: null, after a KelError, when it cannot.
     bool fail(const Text& text) const; ///< Posts a KelError; false.

@@ -46,6 +46,28 @@ TEST(SourceLedger, IsFoundOnAReaderOfOurFormats)
     EXPECT_TRUE(derived.arrays.empty());
 }
 
+/// A reader whose data lie at two levels and at none.
+class LevelReader : public Reader {
+public:
+    using KelFormatProvider::addTimeLevel;
+    using KelFormatProvider::chosenLevel;
+};
+
+TEST(SourceLedger, ChoosesWhatLiesAtNoLevel)
+{
+    LevelReader reader;
+    EXPECT_FALSE(reader.chosenLevel().has_value());
+    reader.addTimeLevel(0);
+    reader.addTimeLevel(7);
+    reader.startReadingTimeLevel(7);
+    EXPECT_EQ(reader.chosenLevel().value_or(-1), 7);
+    reader.chooseNoLevel(true);
+    EXPECT_FALSE(reader.chosenLevel().has_value());
+    EXPECT_EQ(reader.getTimeLevel(), 7);
+    reader.chooseNoLevel(false);
+    EXPECT_EQ(reader.chosenLevel().value_or(-1), 7);
+}
+
 TEST(SourceLedger, NotesEachItemOnceAndByDataClass)
 {
     Reader reader;

@@ -43,6 +43,20 @@ function(kel_add_test folder)
     gtest_discover_tests(${target} TEST_PREFIX "${folder}." DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
 endfunction()
 
+# kel_add_judged_test(<name> JUDGES ... COMMAND ...)
+#
+# A test that asks programs, or modules of Python as python:<module>, which are not needed to build: skipped without
+# them, or failing where KEL_REQUIRE_JUDGES is set (tests/support/judged.py).
+function(kel_add_judged_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "JUDGES;COMMAND")
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "kel_add_judged_test(${name}): unknown arguments ${arg_UNPARSED_ARGUMENTS}")
+    endif()
+    list(TRANSFORM arg_JUDGES PREPEND --judge=)
+    add_test(NAME ${name} COMMAND ${KEL_PYTHON} ${PROJECT_SOURCE_DIR}/tests/support/judged.py ${arg_JUDGES} -- ${arg_COMMAND})
+    set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77)
+endfunction()
+
 # kel_add_fuzz_target(<name> SOURCES <file with LLVMFuzzerTestOneInput> CORPUS <dir>... LIBRARIES ... [INCLUDES ...])
 #
 # A program fuzz_<name>, run as the test fuzz.<name>. With KEL_BUILD_FUZZERS it is libFuzzer's, built by the target

@@ -72,15 +72,6 @@ private:
             exchange(item);
     }
 
-    template <class Item>
-    void exchange(std::list<Item>& items)
-    {
-        for (std::uint64_t missing = size(items); missing > items.size();)
-            items.emplace_back();
-        for (Item& item : items)
-            exchange(item);
-    }
-
     template <class First, class Second>
     void exchange(std::pair<First, Second>& pair)
     {
@@ -170,7 +161,13 @@ private:
     {
         if (++_depth > 64) // a tree has some ten floors
             throw std::runtime_error("its tree has no end");
-        (*this)(node.name, node.text, node.zoneIds, node.category, node.type, node.size, node.values, node.children);
+        (*this)(node.text, node.zoneIds, node.category, node.type, node.size, node.values);
+        auto next = node.children().begin();
+        for (std::uint64_t left = size(node.children()); left > 0; --left) {
+            std::string name = _out ? next->name() : "";
+            exchange(name);
+            exchange(_out ? *next++ : node[name]);
+        }
         --_depth;
     }
 

@@ -14,52 +14,31 @@
 using namespace meridyn;
 namespace fs = std::filesystem;
 
-/// The tree in a file; throws when there is none.
-static KelTreeFile read(const std::string& path)
-{
-    auto tree = std::make_shared<KelTree>();
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        throw std::runtime_error("there is no such file");
-    Archive archive(file, fs::file_size(path));
-    archive(tree->settings, tree->log, tree->meshes);
-    return tree;
-}
-
-class TreeWriter : public KelTreeConsumer {
-protected:
-    KelTreeFile load(KelDataClass, const std::string& path) const override
+/// Keeps trees in files. What it throws becomes an error of the reader or writer, with the name of the file.
+class TreeFiles : public KelTreeStore {
+public:
+    KelTreeFile load(KelDataClass, const std::string& path) override
     {
-        try {
-            return fs::exists(path) ? read(path) : nullptr;
-        } catch (const std::exception& error) {
-            fail(std::string("cannot be added to: ") + error.what());
+        std::ifstream file(path, std::ios::binary);
+        if (!file)
             return nullptr;
-        }
+        auto tree = std::make_shared<KelTree>();
+        Archive archive(file, fs::file_size(path));
+        archive(tree->settings, tree->log, tree->meshes);
+        return tree;
     }
 
     /// Under another name first: until it is complete, what bears the name stays as it is.
-    bool save(KelDataClass, const std::string& path, KelTreeFile tree) override
+    void save(KelDataClass, const std::string& path, const KelTreeFile& tree) override
     {
         KelTree copy = *tree;
         std::ofstream file(path + ".tmp", std::ios::binary);
         Archive archive(file);
         archive(copy.settings, copy.log, copy.meshes);
         file.close();
-        return (file.good() && std::rename((path + ".tmp").c_str(), path.c_str()) == 0) || fail("cannot be written");
-    }
-};
-
-class TreeReader : public KelTreeProvider {
-protected:
-    KelTreeFile load(KelDataClass, const std::string& path) override
-    {
-        try {
-            return read(path);
-        } catch (const std::exception& error) {
-            fail(path + ": cannot be read: " + error.what());
-            return nullptr;
-        }
+        if (!file.good())
+            throw std::runtime_error("not all could be written");
+        fs::rename(path + ".tmp", path);
     }
 };
 
@@ -77,8 +56,8 @@ static KelFormat treeFormat()
         const auto file = [&](const std::string& name) { return forWriting || fs::exists(name) ? name : ""; };
         return KelFormatFiles{file(stem + ".case.tree"), file(stem + ".data.tree")};
     };
-    format.makeReader = [] { return std::make_unique<TreeReader>(); };
-    format.makeWriter = [] { return std::make_unique<TreeWriter>(); };
+    format.makeReader = [] { return std::make_unique<KelTreeProvider>(std::make_shared<TreeFiles>()); };
+    format.makeWriter = [] { return std::make_unique<KelTreeConsumer>(std::make_shared<TreeFiles>()); };
     return format;
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace meridyn {
@@ -48,9 +49,10 @@ struct KelIdRange {
 /// What a reader worked out itself because its source does not say it. Such a value is no part of the model: a copy
 /// need not have it, and a comparison takes it for "not given".
 struct KelDerived {
-    bool sizes[5] = {};        ///< in the order of KelMeshSizeType
-    bool adjacency = false;    ///< the neighbours of all zones
-    std::set<KelArray> arrays; ///< of the mesh; of lists the array of the ids
+    bool sizes[5] = {};                       ///< in the order of KelMeshSizeType
+    bool adjacency = false;                   ///< the neighbours of all zones
+    std::set<std::pair<int, int>> neighbours; ///< where only some were: zone and side, which is 0 for a cell zone
+    std::set<KelArray> arrays;                ///< of the mesh; of lists the array of the ids
 };
 
 /// What a reader says about its source beside the frames: what it did not hand over, what it added, and what there is

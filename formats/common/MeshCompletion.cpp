@@ -173,4 +173,38 @@ KelDerivedValues completeMesh(KelMeshDescription& mesh, const ShowIds& show)
     return derived;
 }
 
+KelDerivedValues completeFrom(KelMeshDescription& mesh, const KelMeshDescription& ofCase)
+{
+    KelDerivedValues derived;
+    std::map<int, const KelZoneDescription*> known;
+    for (const KelZoneDescription& zone : ofCase.zones)
+        known[zone.id] = &zone;
+    for (KelZoneDescription& zone : mesh.zones) {
+        const auto found = known.find(zone.id);
+        if (found == known.end() || found->second->category != zone.category || found->second->first != zone.first ||
+            found->second->last != zone.last)
+            continue;
+        for (int side = 0; side < 2; ++side)
+            if (zone.neighbours[side].empty() && !found->second->neighbours[side].empty()) {
+                zone.neighbours[side] = found->second->neighbours[side];
+                derived.neighbours.emplace(zone.id, side);
+            }
+    }
+    return derived;
+}
+
+KelDerived toLedger(const KelDerivedValues& derived, const std::vector<KelZoneDescription>& zones)
+{
+    KelDerived known;
+    for (const KelMeshSizeType size : derived.meshSizes)
+        known.sizes[size] = true;
+    known.neighbours = derived.neighbours;
+    known.adjacency = !derived.neighbours.empty();
+    for (const KelZoneDescription& zone : zones)
+        for (int side = 0; side < 2; ++side)
+            if (!zone.neighbours[side].empty() && derived.neighbours.count({zone.id, side}) == 0)
+                known.adjacency = false;
+    return known;
+}
+
 } // namespace meridyn

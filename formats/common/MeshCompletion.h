@@ -3,6 +3,7 @@
 #include "KelArrays.h"
 #include "KelDerivedValues.h"
 #include "KelModelDescription.h"
+#include "KelSourceLedger.h"
 
 #include <functional>
 
@@ -21,5 +22,12 @@ using ShowIds = std::function<void(KelArray array, unsigned64 first, unsigned64 
 /// counts with its last values, and zones may have been declared after the faces. Memory is that of one stretch.
 /// @return what was filled in
 KelDerivedValues completeMesh(KelMeshDescription& mesh, const ShowIds& show);
+
+/// The same for the description of a mesh in a data file, which has no arrays: neighbours come from the mesh as the
+/// case has it, for zones that are the same in both.
+KelDerivedValues completeFrom(KelMeshDescription& mesh, const KelMeshDescription& ofCase);
+
+/// What a reader says in its ledger about values that the writer of its file has marked.
+KelDerived toLedger(const KelDerivedValues& derived, const std::vector<KelZoneDescription>& zones);
 
 } // namespace meridyn

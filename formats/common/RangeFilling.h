@@ -7,19 +7,19 @@
 
 namespace meridyn {
 
-/// Stores one value for each id of a range, converted, as many as fit: their number.
+/// Stores one value for each id of a range, converted, as many as fit: their number. Nothing for a buffer of no type.
 ///
 /// @param get  gives the value of an id
 template <class Get>
 unsigned64 fillSingle(unsigned64 first, unsigned64 last, const KelBuffer& buffer, const Get& get)
 {
     const unsigned64 count = std::min(last - first + 1, buffer.capacity);
-    buffer.visit([&](auto* to) {
+    const bool isStored = buffer.visit([&](auto* to) {
         using T = std::remove_pointer_t<decltype(to)>;
         for (unsigned64 n = 0; n < count; ++n)
             to[n] = convertedValue<T>(get(first + n));
     });
-    return count;
+    return isStored ? count : 0;
 }
 
 /// Stores all values of each id of a range, converted, those of as many ids as fit: the number of values.

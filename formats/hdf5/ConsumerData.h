@@ -42,10 +42,11 @@ struct KelHdf5Consumer::Data {
     KelDataClass current = KEL_CASE; ///< the class that was opened last and is still open
     int compression = 0;
 
-    std::unique_ptr<hdf5::MeshWriter> mesh;     ///< of the case
-    std::unique_ptr<hdf5::DataWriter> solution; ///< of the data
-    hdf5::FieldWriter* values = nullptr;        ///< the variable that was started, belongs to `solution`
-    std::optional<int> droppedWhileSelected;    ///< the level that was selected when it was dropped
+    std::unique_ptr<hdf5::MeshWriter> mesh;                ///< of the case
+    std::map<hdf5::MeshKey, KelMeshDescription> completed; ///< meshes of the case that were finished
+    std::unique_ptr<hdf5::DataWriter> solution;            ///< of the data
+    hdf5::FieldWriter* values = nullptr;                   ///< the variable that was started, belongs to `solution`
+    std::optional<int> droppedWhileSelected;               ///< the level that was selected when it was dropped
 
     std::map<std::string, std::unique_ptr<hdf5::FieldWriter>> sections; ///< case sections by "<category>/<name>"
     KelZoneCategory sectionCategory = KEL_CELL_ZONE;
@@ -108,8 +109,8 @@ struct KelHdf5Consumer::Data {
     void open(Session& session, KelDataClass dataClass);
     void startMesh(Session& session, KelDataClass dataClass, const hdf5::MeshKey& key);
     void finishMesh(Session& session, KelDataClass dataClass, MeshState state);
-    void finishCase(MeshState& state);
-    void finishSolution();
+    KelDerivedValues finishCase(MeshState& state);
+    KelDerivedValues finishSolution(MeshState& state);
     void dropLevelsFrom(Session& session, int level);
 
     /// Makes the mesh that is current the one that is written. Another one before it is finished with the zones and

@@ -142,11 +142,8 @@ void KelHdf5Consumer::Data::finishMesh(Session& target, KelDataClass dataClass, 
 {
     if (set && setClass == dataClass)
         set->finish();
-    if (dataClass == KEL_CASE)
-        finishCase(state);
-    else
-        finishSolution();
-    writeZones(*target.file, target.mesh.get(), state.zones);
+    const KelDerivedValues derived = dataClass == KEL_CASE ? finishCase(state) : finishSolution(state);
+    writeZones(*target.file, target.mesh.get(), state.zones, derived);
     forget(dataClass);
     target.mesh = Handle();
     target.key.reset();
@@ -200,26 +197,30 @@ void KelHdf5Consumer::Data::forget(KelDataClass dataClass)
         zones.clear();
 }
 
-void KelHdf5Consumer::Data::finishCase(MeshState& state)
+KelDerivedValues KelHdf5Consumer::Data::finishCase(MeshState& state)
 {
     for (const auto& [path, field] : sections)
         field->finish();
     mesh->finish(state.description());
     const MeshReader written(mesh->file(), mesh->group());
-    const auto show = [&written](auto&&... asked) { written.showIds(asked...); };
-    writeDerived(mesh->file(), mesh->group(), completeMesh(state, show));
+    KelDerivedValues derived = completeMesh(state, [&written](auto&&... asked) { written.showIds(asked...); });
+    completed[*sessions[KEL_CASE]->key] = state;
     writeNumbers(mesh->group(), "sizes", {state.sizes + KEL_MESH_SIZE_1, state.sizes + KEL_MESH_SIZE_4 + 1});
+    if (!derived.meshSizes.empty())
+        writeNumbers(mesh->group(), "derived_sizes", {derived.meshSizes.begin(), derived.meshSizes.end()});
     writeText(mesh->group(), "units", state.units);
     const hid_t faces = mesh->groupOf(KEL_FACE_ZONE);
     if (!hasLink(faces, "interface"))
-        return;
+        return derived;
     const Handle group = openGroup(faces, "interface");
     for (int side = 0; side < 2; ++side)
         writeNumbers(group.get(), "zones" + std::to_string(side),
                      {interfaceZones[side].begin(), interfaceZones[side].end()});
+    return derived;
 }
 
-void KelHdf5Consumer::Data::finishSolution()
+/// A data file has no arrays of the mesh, but this writer may have seen them: neighbours are those of its case.
+KelDerivedValues KelHdf5Consumer::Data::finishSolution(MeshState& state)
 {
     if (setData)
         setData->finish();
@@ -227,6 +228,8 @@ void KelHdf5Consumer::Data::finishSolution()
         solution->level(selectedLevel()); // a level without values
     mergeCatalogue();
     solution->finish();
+    const auto known = completed.find(*sessions[KEL_DATA]->key);
+    return known == completed.end() ? KelDerivedValues() : completeFrom(state, known->second);
 }
 
 bool KelHdf5Consumer::dropTimeLevelsFrom(int level)

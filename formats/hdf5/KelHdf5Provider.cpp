@@ -4,6 +4,7 @@
 #include "formats/hdf5/model/DataWriter.h"
 #include "formats/hdf5/model/ZoneStore.h"
 #include "KelLocationModel.h"
+#include "MeshCompletion.h"
 #include "ProviderData.h"
 
 #include <algorithm>
@@ -204,6 +205,14 @@ void KelHdf5Provider::initLocationModel() const
 {
     _data->wasAskedForLocations = true;
     _data->loadLocations();
+}
+
+KelDerived KelHdf5Provider::derived() const
+{
+    const KelDataClass dataClass = _data->sessions[KEL_CASE] ? KEL_CASE : KEL_DATA;
+    return _data->ask(dataClass, "derived", KelDerived(), [this](Data::Session& session) {
+        return toLedger(readDerived(*session.file, session.mesh.get()), describeMesh(*this).zones);
+    });
 }
 
 std::optional<std::string> KelHdf5Provider::locationState(KelDataClass dataClass) const

@@ -108,9 +108,14 @@ public:
 
     using KelFileProvider::startReading;
 
+    /// @name Beside the frame, see KelSourceLedger
+    /// @{
+    KelDerived derived() const override;
+    KelPlainDataType storedType(KelArray array) const override;
     std::optional<std::vector<KelMeshKey>> meshesWithTracks(short phaseId) const override;
     bool hasDataAtNoLevel() const override;
     std::optional<std::string> locationState(KelDataClass dataClass) const override;
+    /// @}
 
 protected:
     /// @name Opening, closing and loading again

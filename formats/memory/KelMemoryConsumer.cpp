@@ -2,18 +2,9 @@
 
 namespace meridyn {
 
-KelMemoryConsumer::KelMemoryConsumer() = default;
+KelMemoryConsumer::KelMemoryConsumer() : KelTreeConsumer(std::make_shared<KelMemoryStore>())
+{}
+
 KelMemoryConsumer::~KelMemoryConsumer() = default;
-
-KelTreeFile KelMemoryConsumer::load(KelDataClass dataClass, const std::string& fileName) const
-{
-    return KelMemoryStore::find(fileName, dataClass);
-}
-
-bool KelMemoryConsumer::save(KelDataClass dataClass, const std::string& fileName, KelTreeFile tree)
-{
-    KelMemoryStore::publish(fileName, dataClass, std::move(tree));
-    return true;
-}
 
 } // namespace meridyn

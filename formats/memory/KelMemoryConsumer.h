@@ -12,10 +12,6 @@ public:
     /// No file is named and nothing is open.
     KelMemoryConsumer();
     ~KelMemoryConsumer() override;
-
-protected:
-    KelTreeFile load(KelDataClass dataClass, const std::string& fileName) const override;
-    bool save(KelDataClass dataClass, const std::string& fileName, KelTreeFile tree) override;
 };
 
 } // namespace meridyn

@@ -2,15 +2,9 @@
 
 namespace meridyn {
 
-KelMemoryProvider::KelMemoryProvider() = default;
-KelMemoryProvider::~KelMemoryProvider() = default;
+KelMemoryProvider::KelMemoryProvider() : KelTreeProvider(std::make_shared<KelMemoryStore>())
+{}
 
-KelTreeFile KelMemoryProvider::load(KelDataClass dataClass, const std::string& fileName)
-{
-    KelTreeFile file = KelMemoryStore::find(fileName, dataClass);
-    if (!file)
-        fail(fileName + ": there is no such file");
-    return file;
-}
+KelMemoryProvider::~KelMemoryProvider() = default;
 
 } // namespace meridyn

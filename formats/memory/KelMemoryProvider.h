@@ -11,9 +11,6 @@ public:
     /// No file is named and nothing is open.
     KelMemoryProvider();
     ~KelMemoryProvider() override;
-
-protected:
-    KelTreeFile load(KelDataClass dataClass, const std::string& fileName) override;
 };
 
 } // namespace meridyn

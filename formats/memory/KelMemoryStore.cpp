@@ -5,8 +5,24 @@
 
 namespace meridyn {
 
-static std::mutex mutex;
-static std::map<std::pair<std::string, KelDataClass>, KelTreeFile> files;
+namespace {
+
+std::mutex mutex;
+std::map<std::pair<std::string, KelDataClass>, KelTreeFile> files;
+
+} // namespace
+
+KelMemoryStore::~KelMemoryStore() = default;
+
+KelTreeFile KelMemoryStore::load(KelDataClass dataClass, const std::string& fileName)
+{
+    return find(fileName, dataClass);
+}
+
+void KelMemoryStore::save(KelDataClass dataClass, const std::string& fileName, const KelTreeFile& tree)
+{
+    publish(fileName, dataClass, tree);
+}
 
 KelTreeFile KelMemoryStore::find(const std::string& name, KelDataClass dataClass)
 {

@@ -19,13 +19,14 @@ using KelAnyValues =
 
 /// A copy of a caller's values, converted to a type; empty for a null pointer.
 KEL_API KelAnyValues copyOf(const KelValues& values, KelPlainDataType type);
-inline KelAnyValues copyOf(const KelValues& values)
-{
-    return copyOf(values, values.type);
-} ///< In their own type.
 
-/// Values per element id: what stands for the disk. Ranges come in any order, later values replace earlier ones. Kept
-/// are the buffers as they were handed over, and for each run of ids where in which buffer its values lie.
+/// A copy of a caller's values in their own type.
+KEL_API KelAnyValues copyOf(const KelValues& values);
+
+/// Values per element id: what stands for the disk. Ranges come in any order, later values replace earlier ones.
+///
+/// Ids that follow each other share an array, also when they came one by one or in another order. A copy shares the
+/// arrays with its original until one of the two is changed.
 class KEL_API KelElementValues {
 public:
     using Id = unsigned64; ///< an element id, or a number of values
@@ -33,10 +34,14 @@ public:
     /// @name Keep values for the ids of a range
     /// False, and nothing is kept, when the range is none or does not go with the number of values.
     /// @{
-    bool put(Id first, Id last, KelAnyValues values, Id width = 0); ///< `width` each, or what comes out even
-    bool putUniform(Id first, Id last, KelAnyValues values);        ///< All of them for each.
-    bool putRagged(Id first, Id last, KelAnyValues values, const KelElementValues& counts); ///< Without counts as put.
-    bool append(KelAnyValues values);                                                       ///< One each, at the end.
+    /// `width` values for each id; without a width what comes out even.
+    bool put(Id first, Id last, KelAnyValues values, Id width = 0);
+    /// All values for each id.
+    bool putUniform(Id first, Id last, KelAnyValues values);
+    /// As many values for each id as its count says; as put when the first id has no count.
+    bool putRagged(Id first, Id last, KelAnyValues values, const KelElementValues& counts);
+    /// One value for each of the ids behind the last one.
+    bool append(KelAnyValues values);
     /// @}
 
     /// @name As they lie there, to be saved and loaded
@@ -54,25 +59,44 @@ public:
     /// @}
 
     /// Gives the values of a range, converted, as far as whole elements fit: the number of values stored. 0 when an id
-    /// has none, unless its count is 0.
-    Id get(Id first, Id last, const KelBuffer& out, const KelElementValues& counts = {}) const;
+    /// has none, unless its count is 0; and 0 for a buffer of no value type.
+    Id get(Id first, Id last, const KelBuffer& out) const;
+    /// The same with the counts of the ids.
+    Id get(Id first, Id last, const KelBuffer& out, const KelElementValues& counts) const;
 
     std::optional<signed64> at(Id id) const;                       ///< Of one value per id.
     std::optional<signed64> uniformValue(Id first, Id last) const; ///< The value that all ids of a range have.
-    Id lastId() const { return _runs.empty() ? 0 : _runs.rbegin()->second.last; } ///< 0 for none.
+    Id lastId() const;                                             ///< 0 for none.
 
 private:
+    /// Where the values of some ids that follow each other lie in an array.
     struct Run {
-        Id last, width, stride, begin; ///< values of the first id begin there, those of the next `stride` behind them
-        std::shared_ptr<const KelAnyValues> values;
-    };
-    using Runs = std::map<Id, Run>; ///< by first id
-    const Runs::value_type* find(Id id) const;
-    bool insert(Id first, Id last, Id width, Id stride, KelAnyValues&& values);
-    void insert(Id first, const Run& run);
-    void cutBefore(Id id);
+        Id last;
+        Id width;       ///< values of each id, if that is the same for all
+        Id begin;       ///< position of the first value
+        bool isUniform; ///< all ids have the values there
+        std::shared_ptr<KelAnyValues> values;
+        std::shared_ptr<std::vector<Id>> offsets; ///< positions of the values of each id, where widths differ
+        Id firstOffset;                           ///< which of them is that of the first id
 
-    Runs _runs;
+        Id beginOf(Id position) const; ///< of the values of the id at a position in the run
+        Id widthOf(Id position) const;
+    };
+    struct Part;
+    using Runs = std::map<Id, Run>; ///< by first id
+
+    const Runs::value_type* find(Id id) const;
+    Run* runBefore(Id first, Id last);
+    bool overwrite(Id first, Id last, const KelAnyValues& values, Id width);
+    bool extend(Id first, Id last, const KelAnyValues& values, Id width);
+    bool extendLists(const Part& part, const KelAnyValues& values);
+    std::optional<std::vector<Part>> partsOf(Id first, Id last, Id total, const KelElementValues& counts) const;
+    void insert(Id first, Run run);
+    void cutBefore(Id id);
+    void compact();
+
+    Runs _runs;                  // disjoint
+    std::size_t _runLimit = 256; // beyond which runs are joined
 };
 
 } // namespace meridyn

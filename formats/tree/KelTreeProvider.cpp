@@ -1,35 +1,57 @@
-#include "KelTreeProvider.h"
-
 #include "KelLocationModel.h"
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
-
-#include <algorithm>
+#include "MeshCompletion.h"
+#include "ProviderTree.h"
+#include "TreeNames.h"
 
 namespace meridyn {
 
-const KelTree KelTreeProvider::noFile;
+namespace {
 
-KelTreeProvider::KelTreeProvider() = default;
+bool isKnownClass(KelDataClass dataClass)
+{
+    return dataClass == KEL_CASE || dataClass == KEL_DATA;
+}
+
+} // namespace
+
+KelTreeProvider::KelTreeProvider(std::shared_ptr<KelTreeStore> store)
+    : _data(std::make_unique<Data>(*this, std::move(store)))
+{}
+
 KelTreeProvider::~KelTreeProvider() = default;
+
+bool KelTreeProvider::Data::fail(const std::string& text) const
+{
+    reader.getMessageRegistrar()->registerMessage(KelError(text, "KelTreeProvider"));
+    return false;
+}
 
 // ---- open and close
 
-bool KelTreeProvider::openData(KelDataClass dataClass, const Text& fileName)
+bool KelTreeProvider::openData(KelDataClass dataClass, const std::string& fileName)
 {
-    const KelTreeFile found = load(dataClass, fileName);
+    if (!isKnownClass(dataClass))
+        return _data->fail(fileName + ": a file of an unknown data class");
+    KelTreeFile found;
+    try {
+        found = _data->store->load(dataClass, fileName);
+    } catch (const std::exception& error) {
+        return _data->fail(fileName + ": cannot be read: " + error.what());
+    }
     if (!found)
-        return false;
-    _files[dataClass] = found;
-    _current = dataClass;
-    Text version, solver;
+        return _data->fail(fileName + ": there is no such file");
+    _data->files[dataClass] = found;
+    _data->current = dataClass;
+    std::string version, solver;
     getSettingString(dataClass, "Version", version, _defaultSettingsPath);
     getSettingString(dataClass, "Solver", solver, _defaultSettingsPath);
     setFileVersion(dataClass, version);
     if (!solver.empty())
         setSolverType(solver);
-    const bool isOpen = select(dataClass);
+    const bool isOpen = _data->select(dataClass);
     if (!isOpen)
         closeData(dataClass);
     return isOpen;
@@ -37,202 +59,210 @@ bool KelTreeProvider::openData(KelDataClass dataClass, const Text& fileName)
 
 bool KelTreeProvider::closeData(KelDataClass dataClass)
 {
-    if (!isOpen(dataClass))
+    if (!_data->isOpen(dataClass))
         return false;
-    forgetOpenParts();
-    _meshes[dataClass] = nullptr;
-    _files[dataClass] = nullptr;
-    _current = _files[KEL_DATA] ? KEL_DATA : KEL_CASE;
+    _data->forgetOpenParts();
+    _data->meshes[dataClass] = nullptr;
+    _data->files[dataClass] = nullptr;
+    _data->current = _data->files[KEL_DATA] ? KEL_DATA : KEL_CASE;
     return true;
 }
 
 bool KelTreeProvider::updateData(KelDataClass dataClass)
 {
-    if (!isOpen(dataClass) || !select(dataClass))
+    if (!_data->isOpen(dataClass) || !_data->select(dataClass))
         return false;
     // Phases of the mesh before would keep the data from being asked for.
-    return dataClass == KEL_DATA || !_files[KEL_DATA] || select(KEL_DATA);
+    return dataClass == KEL_DATA || !_data->files[KEL_DATA] || _data->select(KEL_DATA);
 }
 
-bool KelTreeProvider::fail(const Text& text) const
+bool KelTreeProvider::isReadingData() const
 {
-    getMessageRegistrar()->registerMessage(KelError(text, "KelTreeProvider"));
-    return false;
+    return _data->files[KEL_CASE] || _data->files[KEL_DATA];
+}
+
+// ---- meshes
+
+bool KelTreeProvider::Data::fits(const KelMeshKey& key) const
+{
+    const bool isPartition = key.target == KEL_PARTITIONED_POST && reader.getPartitionId() >= 0;
+    return (reader.getMeshId() < 1 || key.meshId == reader.getMeshId()) &&
+           (!isPartition || key.partitionId == reader.getPartitionId()) &&
+           (reader.getTarget() == KEL_DEFAULT_TARGET || key.target == reader.getTarget());
+}
+
+bool KelTreeProvider::Data::hasMesh() const
+{
+    unsigned64 dimension = 0;
+    reader.getMeshSize(KEL_MESH_DIMENSION, dimension);
+    bool hasZones = false;
+    for (const KelZoneCategory category : {KEL_NODE_ZONE, KEL_EDGE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE})
+        hasZones = hasZones || reader.getNumZones(category) > 0;
+    return dimension != 0 || hasZones;
 }
 
 /// Makes the mesh that is wanted the current one and declares what it has.
-bool KelTreeProvider::select(KelDataClass dataClass)
+bool KelTreeProvider::Data::select(KelDataClass dataClass)
 {
     forgetOpenParts();
-    _meshes[dataClass] = nullptr;
-    for (const auto& [key, mesh] : _files[dataClass]->meshes) {
-        const bool isPartition = key.target == KEL_PARTITIONED_POST && getPartitionId() >= 0;
-        if ((getMeshId() >= 1 && key.meshId != getMeshId()) || (isPartition && key.partitionId != getPartitionId()) ||
-            (getTarget() != KEL_DEFAULT_TARGET && key.target != getTarget()))
+    meshes[dataClass] = nullptr;
+    for (const auto& [key, mesh] : files[dataClass]->meshes) {
+        if (!fits(key))
             continue;
-        setMeshContext(key.meshId, KelTargetCategory(key.target), key.partitionId, KEL_UPDATE_NONE);
-        _meshes[dataClass] = &mesh;
-        if (dataClass == KEL_DATA) {
-            declareSolution(mesh.solution);
-        } else {
-            declareMesh(mesh.mesh);
-            if (!locationModel()->reset(mesh.locations))
-                locationModel()->clearTopology();
-        }
+        reader.setMeshContext(key.meshId, KelTargetCategory(key.target), key.partitionId, KEL_UPDATE_NONE);
+        meshes[dataClass] = &mesh;
+        declare(dataClass, mesh);
         return true;
     }
     if (dataClass == KEL_DATA)
-        solutionModel()->clearModel();
-    return fail(getFile(dataClass) + ": has no mesh " + std::to_string(getMeshId()) + " for target " +
-                std::to_string(getTarget()) + " and partition " + std::to_string(getPartitionId()));
+        reader.solutionModel()->clearModel();
+    return fail(reader.getFile(dataClass) + ": has no mesh " + std::to_string(reader.getMeshId()) + " for target " +
+                std::to_string(reader.getTarget()) + " and partition " + std::to_string(reader.getPartitionId()));
 }
 
-// ---- where things are
+/// Data say something about the mesh and its locations only where no case does.
+void KelTreeProvider::Data::declare(KelDataClass dataClass, const KelTree::Mesh& mesh)
+{
+    if (dataClass == KEL_CASE || !hasMesh())
+        reader.declareMesh(mesh.mesh);
+    if (dataClass == KEL_CASE || (!files[KEL_CASE] && !mesh.locations.empty()))
+        if (!reader.locationModel()->reset(mesh.locations))
+            reader.locationModel()->clearTopology();
+    if (dataClass == KEL_DATA)
+        reader.declareSolution(mesh.solution);
+}
 
 std::vector<KelMeshKey> KelTreeProvider::meshKeys(KelDataClass dataClass) const
 {
     std::vector<KelMeshKey> keys;
-    for (const auto& entry : file(dataClass).meshes)
+    for (const auto& entry : _data->file(dataClass).meshes)
         keys.push_back(entry.first);
     return keys;
 }
 
-std::optional<std::vector<KelMeshKey>> KelTreeProvider::meshesWithTracks(short phaseId) const
+// ---- the ledger
+
+KelDerived KelTreeProvider::derived() const
 {
-    std::vector<KelMeshKey> keys;
-    for (const Text& name : phase(getPhaseName(phaseId))["tracks"].names())
-        if (const std::optional<KelMeshKey> key = KelMeshKey::ofGroupName(name))
-            keys.push_back(*key);
-    return keys;
+    const KelTree::Mesh* const mesh = _data->meshes[_data->meshes[KEL_CASE] != nullptr ? KEL_CASE : KEL_DATA];
+    return mesh != nullptr ? toLedger(mesh->derived, mesh->mesh.zones) : KelDerived();
 }
 
 bool KelTreeProvider::hasDataAtNoLevel() const
 {
-    return isOpen(KEL_DATA) && _meshes[KEL_DATA] && !getTimeLevels().empty() && _meshes[KEL_DATA]->tree["no level"];
+    const KelTree::Mesh* const mesh = _data->meshes[KEL_DATA];
+    return mesh != nullptr && !getTimeLevels().empty() && bool(mesh->tree[tree::levelName(std::nullopt)]);
 }
 
-const KelTreeNode& KelTreeProvider::tree(KelDataClass dataClass) const
+std::optional<std::string> KelTreeProvider::locationState(KelDataClass dataClass) const
 {
-    const Node& tree = isOpen(dataClass) && _meshes[dataClass] ? _meshes[dataClass]->tree : Node::nothing;
-    const std::optional<int> level = chosenLevel();
-    return dataClass != KEL_DATA ? tree : level ? tree["level " + std::to_string(*level)] : tree["no level"];
+    const bool isThere = _data->isOpen(dataClass) && _data->meshes[dataClass] != nullptr;
+    return isThere ? _data->meshes[dataClass]->locations : std::string();
 }
 
-const KelTreeNode& KelTreeProvider::nodeOf(KelArray array) const
+// ---- log and settings
+
+void KelTreeProvider::getLog(KelDataClass dataClass, std::vector<std::pair<std::string, std::string>>& entries) const
+{
+    entries = _data->file(dataClass).log;
+}
+
+void KelTreeProvider::getSettingsGroups(KelDataClass dataClass, std::vector<std::string>& groups) const
+{
+    groups = _data->file(dataClass).settings.names();
+}
+
+void KelTreeProvider::getSettingsKeysOfGroup(KelDataClass dataClass, const std::string& group,
+                                             std::vector<std::string>& keys) const
+{
+    keys = _data->file(dataClass).settings[group].names();
+}
+
+void KelTreeProvider::getSettingString(KelDataClass dataClass, const std::string& key, std::string& text,
+                                       const std::string& group) const
+{
+    if (const KelTreeNode& setting = _data->file(dataClass).settings[group][key])
+        text = setting.text;
+}
+
+// ---- where things are
+
+bool KelTreeProvider::Data::isOpen(KelDataClass dataClass) const
+{
+    return isKnownClass(dataClass) && files[dataClass];
+}
+
+const KelTree& KelTreeProvider::Data::file(KelDataClass dataClass) const
+{
+    static const KelTree none;
+    return isOpen(dataClass) ? *files[dataClass] : none;
+}
+
+void KelTreeProvider::Data::forgetOpenParts()
+{
+    for (const KelTreeNode** const opened : {&sections, &section, &field, &tracks, &trackGroup, &variable})
+        *opened = &KelTreeNode::nothing;
+    open.clear();
+}
+
+const KelTreeNode& KelTreeProvider::Data::tree(KelDataClass dataClass) const
+{
+    if (!isOpen(dataClass) || meshes[dataClass] == nullptr)
+        return KelTreeNode::nothing;
+    const KelTreeNode& root = meshes[dataClass]->tree;
+    if (dataClass == KEL_CASE)
+        return root;
+    return root[tree::levelName(reader.chosenLevel())];
+}
+
+const KelTreeNode& KelTreeProvider::Data::phase(const std::string& name) const
+{
+    return tree(KEL_DATA)[tree::phases][name];
+}
+
+const KelTreeNode& KelTreeProvider::Data::phase() const
+{
+    std::string name;
+    return reader.getActivePhase(name) ? phase(name) : KelTreeNode::nothing;
+}
+
+const KelTreeNode& KelTreeProvider::Data::tracksOf(short phaseId, int meshId, KelTargetCategory target,
+                                                   int partitionId) const
+{
+    return phase(reader.getPhaseName(phaseId))[tree::tracks][KelMeshKey{meshId, target, partitionId}.groupName()];
+}
+
+const KelTreeNode& KelTreeProvider::Data::nodeOf(KelArray array) const
 {
     if (isOfCounts(array))
         return nodeOf(listsOf(array)).counts();
     switch (array) {
     case KelArray::CaseSection:
-        return *_section;
+        return *section;
     case KelArray::PhaseVariable:
-        return *_field;
+        return *field;
     case KelArray::SetIds:
-        return opened(KelCollection::Set)["ids"];
+        return opened(KelCollection::Set)[tree::ids];
     case KelArray::SetVariable:
     case KelArray::SetLists:
-        return *_variable;
+        return *variable;
     default:
-        return tree(KEL_CASE)[meridyn::nameOf(array)];
+        return tree(KEL_CASE)[nameOf(array)];
     }
 }
 
-const KelTreeNode& KelTreeProvider::part(KelCollection in, KelPart part, const Text& name) const
+const KelTreeNode& KelTreeProvider::Data::opened(KelCollection in) const
 {
-    const Node& parts = opened(in)[nameOf(part)];
-    return part == KelPart::Ids ? parts : part == KelPart::Lengths ? parts[name].counts() : parts[name];
+    const auto found = open.find(in);
+    return found != open.end() ? *found->second : KelTreeNode::nothing;
 }
 
-// ---- what the forms of the frame come down to
-
-unsigned64 KelTreeProvider::give(KelArray array, Id first, Id last, const KelBuffer& values) const
+const KelTreeNode& KelTreeProvider::Data::part(KelCollection in, KelPart part, const std::string& name) const
 {
-    if (array != KelArray::FaceCell1s)
-        return nodeOf(array).get(first, last, values);
-    const Id stored = give(KelArray::FaceCell0s, first, last, values); // has a value for each
-    for (Id n = 0; n < stored; ++n)
-        if (auto* const cell = static_cast<Id*>(values.data) + n;
-            nodeOf(array).get(first + n, first + n, {cell, 1}) == 0)
-            *cell = 0;
-    return stored;
-}
-
-unsigned64 KelTreeProvider::giveInterface(int zoneId, const KelInterfaceBuffers& values) const
-{
-    Id stored = 0;
-    for (std::size_t n = 0; n < values.size(); ++n)
-        stored += tree(KEL_CASE)["interfaces"][std::to_string(zoneId)][std::to_string(n)].getList(values[n]);
-    return stored;
-}
-
-std::optional<KelFormatProvider::KelArrayInfo> KelTreeProvider::describe(KelCollection in, KelPart part,
-                                                                         const Text& name) const
-{
-    const Node& node = this->part(in, part, name);
-    return node ? std::optional<KelArrayInfo>({node.type, node.size, node.length()}) : std::nullopt;
-}
-
-bool KelTreeProvider::giveWhole(KelCollection in, KelPart part, const Text& name, const KelRoom& room) const
-{
-    const Node& node = this->part(in, part, name);
-    if (node)
-        node.getList(room(node.length()));
-    return bool(node);
-}
-
-// ---- mesh
-
-bool KelTreeProvider::getInterfaceDataSizesForFacesInZone(int zone, Id& na, Id& nb, Id& n0, Id& n1) const
-{
-    const Node& data = tree(KEL_CASE)["interfaces"][std::to_string(zone)];
-    Id* const sizes[] = {&na, &nb, &n0, &n1};
-    for (int n = 0; data && n < 4; ++n)
-        *sizes[n] = data[std::to_string(n)].length();
-    return bool(data);
-}
-
-bool KelTreeProvider::hasUniformCaseSectionDataCountForZone(int zone, Id* count) const
-{
-    const bool hasZone = std::count(_section->zoneIds.begin(), _section->zoneIds.end(), zone) > 0;
-    if (hasZone && count)
-        *count = _section->size;
-    return hasZone;
-}
-
-// ---- particles and sets
-
-void KelTreeProvider::getVariablesOfInjection(const Text& injection, Names& names) const
-{
-    const Node& particles = phase()["set data"][injection];
-    names = particles["variables"].names();
-    const Names lists = particles["lists"].names();
-    names.insert(names.end(), lists.begin(), lists.end());
-}
-
-bool KelTreeProvider::getSetNames(KelZoneCategory category, Names& names) const
-{
-    names.clear();
-    for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
-        for (const Node& set : tree(dataClass)["sets"].children)
-            if (set.category == category)
-                names.push_back(set.name);
-    return !names.empty();
-}
-
-bool KelTreeProvider::startReadingSet(const Text& name)
-{
-    endReadingSet();
-    for (const KelDataClass dataClass : {_current, _current == KEL_CASE ? KEL_DATA : KEL_CASE})
-        if (const Node& set = tree(dataClass)["sets"][name]; set && !opened(KelCollection::Set))
-            _open[KelCollection::Set] = &set;
-    return bool(opened(KelCollection::Set));
-}
-
-void KelTreeProvider::getSizesAndMinMaxIdsForSet(Ids& sizes, Ids& minIds, Ids& maxIds) const
-{
-    listOf(opened(KelCollection::Set)["sizes"], sizes);
-    listOf(opened(KelCollection::Set)["min ids"], minIds);
-    listOf(opened(KelCollection::Set)["max ids"], maxIds);
+    const KelTreeNode& parts = opened(in)[tree::nameOf(part)];
+    if (part == KelPart::Ids)
+        return parts;
+    return part == KelPart::Lengths ? parts[name].counts() : parts[name];
 }
 
 } // namespace meridyn

@@ -1,146 +1,134 @@
 #pragma once
 
 #include "KelFormatProvider.h"
-#include "KelTree.h"
+#include "KelTreeStore.h"
+
+#include <memory>
 
 namespace meridyn {
 
 /// Reader of a file that is there as a tree, see KelTree: gives back everything that KelTreeConsumer kept. A format
-/// derives from it and loads the tree: all that it has to override is load.
+/// gives it a store to load trees from.
 ///
 /// Meshes    a mesh id below 1, the default target and partition -1 stand for the first that the file has; opening a
-///           file makes them the current ones. Choosing another mesh reads zones, phases and variables anew.
+///           file makes them the current ones. Choosing another mesh reads zones, phases and variables anew. Data that
+///           are opened while no mesh is known declare the zones that were known when they were written.
 /// Levels    opening the data selects the first time level and the first phase where none is selected.
 /// Version   and solver type are taken from the common settings.
 /// Ranges    an id that has no values makes the whole range give nothing; cell 1 is 0 wherever there is a cell 0. A
 ///           buffer that is too small gets the whole elements that fit.
 /// Sets      of both data classes are found by name, those of the data class opened last first.
-/// Reports   a mesh that is not in the file posts a KelError.
+/// Reports   a file or a mesh that is not there, and what cannot be read, post a KelError.
 class KEL_API KelTreeProvider : public KelFormatProvider {
 public:
-    /// No file is named and nothing is open.
-    KelTreeProvider();
+    /// @param store  where trees come from
+    explicit KelTreeProvider(std::shared_ptr<KelTreeStore> store);
     ~KelTreeProvider() override;
 
-    using Id = unsigned64;           ///< short for it
-    using Text = std::string;        ///< short for it
-    using Names = std::vector<Text>; ///< short for it
-    using Zones = std::vector<int>;  ///< short for it
-    using Ids = std::vector<Id>;     ///< short for it
-    using Type = KelPlainDataType;   ///< short for it
-
+    // The operations of the frame, see KelProvider, that KelFormatProvider leaves to a format.
     // clang-format off
-    // ---- run
-    bool isReadingData() const override { return _files[0] || _files[1]; }
-    void getLog(KelDataClass dataClass, std::vector<std::pair<Text, Text>>& entries) const override { entries = file(dataClass).log; }
-    void getSettingsGroups(KelDataClass dataClass, Names& groups) const override { groups = file(dataClass).settings.names(); }
-    void getSettingsKeysOfGroup(KelDataClass dataClass, const Text& group, Names& keys) const override { keys = file(dataClass).settings[group].names(); }
-    void getSettingString(KelDataClass dataClass, const Text& key, Text& text, const Text& group) const override { textOf(file(dataClass).settings[group][key], text); }
 
-    // ---- mesh
-    Id   getLocalElemIdsInZone(int zone, Id* v, Id n) const override { return tree(KEL_CASE)["local ids"][std::to_string(zone)].getList({v, n}); }
-    void startReadingInterfaceDataForFaces(Zones& zones0, Zones& zones1) override { listOf(tree(KEL_CASE)["interface zones 0"], zones0); listOf(tree(KEL_CASE)["interface zones 1"], zones1); }
-    bool getInterfaceDataSizesForFacesInZone(int zone, Id& na, Id& nb, Id& n0, Id& n1) const override;
-    int  getPartitionCountOfCells() const override { return static_cast<int>(tree(KEL_CASE)["partition count"].values.at(1).value_or(0)); }
-    void startReadingCaseSectionCategories(KelZoneCategory category, Names& names) override { _sections = &tree(KEL_CASE)["sections"][std::to_string(category)]; names = _sections->names(); }
-    Type startReadingCaseSectionForCategory(const Text& name, Zones& zones) override { _section = &(*_sections)[name]; zones = *_section ? _section->zoneIds : zones; return _section->type; }
-    bool hasUniformCaseSectionDataCountForZone(int zone, Id* count) const override;
-    Id   getCaseSectionDataForElementsInRange(Id first, Id last, void* v, Id n) const override { return give(KelArray::CaseSection, first, last, {v, n, _section->type}); }
-    void endReadingCaseSectionForCategory() override { _section = &Node::nothing; }
+    /// @name Run
+    /// @{
+    bool isReadingData() const override;
+    void getLog(KelDataClass dataClass, std::vector<std::pair<std::string, std::string>>& entries) const override;
+    void getSettingsGroups(KelDataClass dataClass, std::vector<std::string>& groups) const override;
+    void getSettingsKeysOfGroup(KelDataClass dataClass, const std::string& group, std::vector<std::string>& keys) const override;
+    void getSettingString(KelDataClass dataClass, const std::string& key, std::string& text, const std::string& group) const override;
+    /// @}
 
-    // ---- solution
-    using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
-    Id   startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const Text& name, Zones& zones) override { _field = &phase()["fields"][std::to_string(category)][name]; zones = _field->zoneIds; return _field->size; }
+    /// @name Mesh and case sections
+    /// @{
+    unsigned64 getLocalElemIdsInZone(int zoneId, unsigned64* ids, unsigned64 capacity) const override;
+    void startReadingInterfaceDataForFaces(std::vector<int>& zoneIds0, std::vector<int>& zoneIds1) override;
+    bool getInterfaceDataSizesForFacesInZone(int zoneId, unsigned64& na, unsigned64& nb, unsigned64& count0, unsigned64& count1) const override;
+    int getPartitionCountOfCells() const override;
+    void startReadingCaseSectionCategories(KelZoneCategory category, std::vector<std::string>& names) override;
+    KelPlainDataType startReadingCaseSectionForCategory(const std::string& name, std::vector<int>& zoneIds) override;
+    bool hasUniformCaseSectionDataCountForZone(int zoneId, unsigned64* count) const override;
+    unsigned64 getCaseSectionDataForElementsInRange(unsigned64 firstId, unsigned64 lastId, void* values, unsigned64 capacity) const override;
+    void endReadingCaseSectionForCategory() override;
+    /// @}
 
-    // ---- particles: the set data of a phase
+    /// @name Values of variables and particles
+    /// @{
     using KelFormatProvider::hasParticles;
-    bool hasParticles(const Text& name) const override { return bool(phase(name)["set data"]); }
-    void getVariablesOfInjection(const Text& injection, Names& names) const override;
+    using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
+    unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds) override;
+    bool hasParticles(const std::string& phaseName) const override;
+    void getVariablesOfInjection(const std::string& injection, std::vector<std::string>& names) const override;
+    /// @}
 
-    // ---- particle tracks
+    /// @name Particle tracks
+    /// @{
     using KelFormatProvider::hasParticleTracks;
-    bool hasParticleTracks(const Text& name) const override { return bool(phase(name)["tracks"]); }
-    bool hasParticleTracks(short phaseId, int mesh, KelTargetCategory target, int partition) const override { return bool(tracks(phaseId, mesh, target, partition)); }
-    void startReadingParticleTracks(short phaseId, int mesh, KelTargetCategory target, int partition) override { endReadingParticleTracks(); _tracks = &tracks(phaseId, mesh, target, partition); }
-    void getParticleTrackGroups(Names& groups) const override { groups = _tracks->names(); }
-    void startReadingParticleTrackGroup(const Text& group) override { endReadingParticleTrackGroup(); _group = &(*_tracks)[group]; }
-    void getChunksInParticleTrackGroup(std::vector<int>& ids) const override { ids.clear(); for (const Text& name : _group->names()) ids.push_back(std::stoi(name)); }
-    void startReadingChunkInParticleTrackGroup(int id) override { _open[KelCollection::TrackChunk] = &(*_group)[std::to_string(id)]; }
-    Id   getPointCountOfParticleTrackChunk() const override { return opened(KelCollection::TrackChunk).size; }
-    void endReadingChunkInParticleTrackGroup() override { _open.erase(KelCollection::TrackChunk); }
-    void endReadingParticleTrackGroup() override { endReadingChunkInParticleTrackGroup(); _group = &Node::nothing; }
-    void endReadingParticleTracks() override { endReadingParticleTrackGroup(); _tracks = &Node::nothing; }
+    bool hasParticleTracks(const std::string& phaseName) const override;
+    bool hasParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) const override;
+    void startReadingParticleTracks(short phaseId, int meshId, KelTargetCategory target, int partitionId) override;
+    void getParticleTrackGroups(std::vector<std::string>& groups) const override;
+    void startReadingParticleTrackGroup(const std::string& group) override;
+    void getChunksInParticleTrackGroup(std::vector<int>& chunkIds) const override;
+    void startReadingChunkInParticleTrackGroup(int chunkId) override;
+    unsigned64 getPointCountOfParticleTrackChunk() const override;
+    void endReadingChunkInParticleTrackGroup() override;
+    void endReadingParticleTrackGroup() override;
+    void endReadingParticleTracks() override;
+    /// @}
 
-    // ---- sets and set data
+    /// @name Sets and set data
+    /// @{
     using KelFormatProvider::getSetNames;
-    bool getSetNames(KelDataClass dataClass, Names& names) const override { names = tree(dataClass)["sets"].names(); return !names.empty(); }
-    bool getSetNames(KelZoneCategory category, Names& names) const override;
-    bool startReadingSet(const Text& name) override;
-    KelZoneCategory getCategoryOfSet() const override { return opened(KelCollection::Set).category; }
-    void getSizesAndMinMaxIdsForSet(Ids& sizes, Ids& minIds, Ids& maxIds) const override;
-    Type startReadingSizeOfVariableLengthedVarForSet(const Text& name) override { return (_variable = &part(KelCollection::Set, KelPart::Lists, name))->counts().type; }
-    void endReadingSizeOfVariableLengthedVarForSet() override { _variable = &Node::nothing; }
-    Type startReadingDataOfVariableForSet(const Text& name, Id& size) override { return sizeOf(*(_variable = &part(KelCollection::Set, KelPart::Variables, name)), size).type; }
-    void endReadingDataOfVariableForSet() override { _variable = &Node::nothing; }
-    Type startReadingVariableLengthedDataOfVariableForSet(const Text& name) override { return (_variable = &part(KelCollection::Set, KelPart::Lists, name))->type; }
-    void endReadingVariableLengthedDataOfVariableForSet() override { _variable = &Node::nothing; }
-    void endReadingSet() override { _open.erase(KelCollection::Set); _variable = &Node::nothing; }
-    void getSetDataNames(Names& names) const override { names = phase()["set data"].names(); }
-    bool startReadingSetData(const Text& name, Id& memberCount) override { return bool(sizeOf(*(_open[KelCollection::SetData] = &phase()["set data"][name]), memberCount)); }
-    void endReadingSetData() override { _open.erase(KelCollection::SetData); }
+    bool getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const override;
+    bool getSetNames(KelZoneCategory category, std::vector<std::string>& names) const override;
+    bool startReadingSet(const std::string& name) override;
+    KelZoneCategory getCategoryOfSet() const override;
+    void getSizesAndMinMaxIdsForSet(std::vector<unsigned64>& sizes, std::vector<unsigned64>& minIds, std::vector<unsigned64>& maxIds) const override;
+    KelPlainDataType startReadingSizeOfVariableLengthedVarForSet(const std::string& name) override;
+    void endReadingSizeOfVariableLengthedVarForSet() override;
+    KelPlainDataType startReadingDataOfVariableForSet(const std::string& name, unsigned64& valuesPerMember) override;
+    void endReadingDataOfVariableForSet() override;
+    KelPlainDataType startReadingVariableLengthedDataOfVariableForSet(const std::string& name) override;
+    void endReadingVariableLengthedDataOfVariableForSet() override;
+    void endReadingSet() override;
+    void getSetDataNames(std::vector<std::string>& names) const override;
+    bool startReadingSetData(const std::string& name, unsigned64& memberCount) override;
+    void endReadingSetData() override;
+    /// @}
 
-    // ---- beside the frame
+    /// @name Beside the frame, see KelSourceLedger
+    /// @{
+    KelDerived derived() const override;
+    KelPlainDataType storedType(KelArray array) const override;
     std::optional<std::vector<KelMeshKey>> meshesWithTracks(short phaseId) const override;
     bool hasDataAtNoLevel() const override;
-    std::optional<std::string> locationState(KelDataClass dataClass) const override { return isOpen(dataClass) && _meshes[dataClass] ? _meshes[dataClass]->locations : Text(); }
+    std::optional<std::string> locationState(KelDataClass dataClass) const override;
+    std::optional<std::vector<KelIdRange>> elementsWithValues(KelArray array, unsigned64 firstId, unsigned64 lastId) const override;
+    /// @}
 
 protected:
-    virtual KelTreeFile load(KelDataClass dataClass, const Text& fileName) = 0; ///< What a format overrides: null, after a KelError, when it cannot.
-    bool fail(const Text& text) const; ///< Posts a KelError; false.
-
-    bool openData(KelDataClass dataClass, const Text& fileName) override;
+    /// @name Opening, closing and loading again
+    /// @{
+    bool openData(KelDataClass dataClass, const std::string& fileName) override;
     bool closeData(KelDataClass dataClass) override;
     bool updateData(KelDataClass dataClass) override;
     std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const override;
+    /// @}
 
-    // ---- what the forms of the frame come down to
-    Id   give(KelArray array, Id first, Id last, const KelBuffer& values) const override;
-    std::optional<signed64> uniformValue(KelArray array, Id first, Id last) const override { return nodeOf(array).values.uniformValue(first, last); }
-    Id   giveInterface(int zoneId, const KelInterfaceBuffers& values) const override;
-    Names namesIn(KelCollection in, KelPart part) const override { return opened(in)[nameOf(part)].names(); }
-    std::optional<KelArrayInfo> describe(KelCollection in, KelPart part, const Text& name) const override;
-    bool giveWhole(KelCollection in, KelPart part, const Text& name, const KelRoom& room) const override;
-    Id   giveText(KelCollection in, const Text& name, Text& text) const override { return textOf(part(in, KelPart::Texts, name), text); }
-
-private:
-    // What is not there is an empty file, mesh or node: every question to it is answered by nothing.
-    using Node = KelTreeNode; ///< short for it
-    const KelTree& file(KelDataClass dataClass) const { return isOpen(dataClass) ? *_files[dataClass] : noFile; }
-    bool isOpen(KelDataClass dataClass) const { return (dataClass == KEL_CASE || dataClass == KEL_DATA) && _files[dataClass]; }
-    const Node& tree(KelDataClass dataClass) const; ///< of the current mesh and, for data, time level
-    const Node& phase(const Text& name) const { return tree(KEL_DATA)["phases"][name]; }
-    const Node& phase() const { Text name; return getActivePhase(name) ? phase(name) : Node::nothing; }
-    const Node& tracks(short phaseId, int mesh, KelTargetCategory target, int partition) const { return phase(getPhaseName(phaseId))["tracks"][KelMeshKey{mesh, target, partition}.groupName()]; }
-    const Node& nodeOf(KelArray array) const;
-    const Node& opened(KelCollection in) const { const auto found = _open.find(in); return found != _open.end() ? *found->second : Node::nothing; }
-    const Node& part(KelCollection in, KelPart part, const Text& name) const;
-    static const char* nameOf(KelPart part) { const char* const names[] = {"ids", "variables", "lists", "lists", "others", "texts"}; return names[static_cast<int>(part)]; }
-    static const Node& sizeOf(const Node& node, Id& size) { size = node ? node.size : size; return node; }
-    static Id textOf(const Node& node, Text& text) { text = node ? node.text : text; return node.text.size(); }
-    template <class T> static void listOf(const Node& node, std::vector<T>& list) { list.resize(node.length()); node.getList({list.data(), list.size()}); }
-    bool select(KelDataClass dataClass);
-    void forgetOpenParts() { _sections = _section = _field = _tracks = _group = _variable = &Node::nothing; _open.clear(); }
+    /// @name What all forms of reading values come to
+    /// @{
+    unsigned64 give(KelArray array, unsigned64 firstId, unsigned64 lastId, const KelBuffer& values) const override;
+    std::optional<signed64> uniformValue(KelArray array, unsigned64 firstId, unsigned64 lastId) const override;
+    unsigned64 giveInterface(int zoneId, const KelInterfaceBuffers& values) const override;
+    std::vector<std::string> namesIn(KelCollection in, KelPart part) const override;
+    std::optional<KelArrayInfo> describe(KelCollection in, KelPart part, const std::string& name) const override;
+    bool giveWhole(KelCollection in, KelPart part, const std::string& name, const KelRoom& room) const override;
+    unsigned64 giveText(KelCollection in, const std::string& name, std::string& text) const override;
+    /// @}
     // clang-format on
 
-    static const KelTree noFile;
-    KelTreeFile _files[2];                                ///< being read, by data class; null while none is
-    const KelTree::Mesh* _meshes[2] = {nullptr, nullptr}; ///< current one in each
-    KelDataClass _current = KEL_CASE;                     ///< opened last
-
-    // What the start markers opened.
-    const Node *_sections = &Node::nothing, *_section = &Node::nothing, *_field = &Node::nothing;
-    const Node *_tracks = &Node::nothing, *_group = &Node::nothing, *_variable = &Node::nothing;
-    std::map<KelCollection, const Node*> _open;
+private:
+    struct Data;
+    std::unique_ptr<Data> _data;
 };
 
 } // namespace meridyn

@@ -30,9 +30,22 @@ std::string takeText(const std::vector<unsigned char>& texts, std::size_t& at, s
     return {begin, begin + static_cast<std::ptrdiff_t>(length)};
 }
 
+// A file that is added to may have a table of marks that belongs to other neighbours.
+void writeNeighbours(Hdf5File& file, hid_t group, const std::vector<int>& neighbours, const KelDerivedValues& derived)
+{
+    writeArray(file, group, "zone_neighbours", neighbours, 3);
+    std::vector<int> marks;
+    for (const auto& [zone, side] : derived.neighbours)
+        marks.insert(marks.end(), {zone, side});
+    if (!marks.empty())
+        writeArray(file, group, "zone_neighbours_derived", marks, 2);
+    else if (hasLink(group, "zone_neighbours_derived"))
+        file.removeAtCommit(group, "zone_neighbours_derived");
+}
+
 } // namespace
 
-void writeZones(Hdf5File& file, hid_t group, const std::vector<ZoneRecord>& zones)
+void writeZones(Hdf5File& file, hid_t group, const std::vector<ZoneRecord>& zones, const KelDerivedValues& derived)
 {
     if (zones.empty())
         return;
@@ -58,7 +71,7 @@ void writeZones(Hdf5File& file, hid_t group, const std::vector<ZoneRecord>& zone
     if (!texts.empty())
         writeArray(file, group, "zone_texts", texts);
     if (!neighbours.empty())
-        writeArray(file, group, "zone_neighbours", neighbours, 3);
+        writeNeighbours(file, group, neighbours, derived);
 }
 
 std::vector<ZoneRecord> readZones(Hdf5File& file, hid_t group)
@@ -105,17 +118,6 @@ std::vector<ZoneRecord> readZones(Hdf5File& file, hid_t group)
             zones[found->second].neighbours[neighbours[i + 1]].push_back(neighbours[i + 2]);
     }
     return zones;
-}
-
-void writeDerived(Hdf5File& file, hid_t group, const KelDerivedValues& derived)
-{
-    if (!derived.meshSizes.empty())
-        writeNumbers(group, "derived_sizes", {derived.meshSizes.begin(), derived.meshSizes.end()});
-    std::vector<int> table;
-    for (const auto& [zone, side] : derived.neighbours)
-        table.insert(table.end(), {zone, side});
-    if (!table.empty())
-        writeArray(file, group, "zone_neighbours_derived", table, 2);
 }
 
 KelDerivedValues readDerived(Hdf5File& file, hid_t group)

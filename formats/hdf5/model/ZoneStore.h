@@ -13,17 +13,14 @@ class Hdf5File;
 using ZoneRecord = KelZoneDescription;
 
 /// All zones of a mesh, in one table (one row per zone, see zoneColumns), their texts in one run of bytes, and one
-/// table of neighbours (zone, side, zone beside it).
+/// table of neighbours (zone, side, zone beside it) with one of those that the writer derived (zone, side).
 /// @{
-void writeZones(Hdf5File& file, hid_t group, const std::vector<ZoneRecord>& zones);
+void writeZones(Hdf5File& file, hid_t group, const std::vector<ZoneRecord>& zones, const KelDerivedValues& derived);
 std::vector<ZoneRecord> readZones(Hdf5File& file, hid_t group);
 /// @}
 
-/// Which mesh sizes and which lists of neighbours the writer derived: the attribute "derived_sizes" and the table
-/// "zone_neighbours_derived" (zone, side). Neither is there when everything was given.
-/// @{
-void writeDerived(Hdf5File& file, hid_t group, const KelDerivedValues& derived);
+/// Which mesh sizes (attribute "derived_sizes") and which lists of neighbours (table "zone_neighbours_derived") the
+/// writer derived. Neither is there when everything was given.
 KelDerivedValues readDerived(Hdf5File& file, hid_t group);
-/// @}
 
 } // namespace meridyn::hdf5

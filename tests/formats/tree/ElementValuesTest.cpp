@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 
 namespace meridyn {
 namespace {
@@ -160,6 +161,85 @@ TEST(ElementValues, ValuesAreConvertedWithinTheirRange)
     EXPECT_EQ(convertedValue<unsigned64>(1e30), largest);
     EXPECT_EQ(convertedValue<double>(0.5F), 0.5);
     EXPECT_TRUE(std::isnan(convertedValue<float>(std::nan(""))));
+}
+
+TEST(ElementValues, SingleElementsShareAnArray)
+{
+    constexpr int count = 20000;
+    KelElementValues inOrder, backwards, scattered;
+    for (int n = 0; n < count; ++n) {
+        const auto id = static_cast<unsigned64>(n + 1);
+        const auto other = static_cast<unsigned64>(1 + static_cast<signed64>(n) * 7919 % count); // 7919 is prime
+        inOrder.put(id, id, Ints{n});
+        backwards.put(count + 1 - id, count + 1 - id, Ints{count - 1 - n});
+        scattered.put(other, other, Ints{static_cast<int>(other) - 1});
+    }
+    EXPECT_EQ(inOrder.pieces().size(), 1U);
+    EXPECT_LT(backwards.pieces().size(), count / 4U);
+    EXPECT_LT(scattered.pieces().size(), count / 4U);
+    Ints expected(count);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(valuesOf(inOrder, 1, count, count), expected);
+    EXPECT_EQ(valuesOf(backwards, 1, count, count), expected);
+    EXPECT_EQ(valuesOf(scattered, 1, count, count), expected);
+}
+
+TEST(ElementValues, SingleListsShareAnArray)
+{
+    KelElementValues counts, array;
+    Ints expected;
+    for (unsigned64 id = 1; id <= 1000; ++id) {
+        const int length = static_cast<int>(id % 4);
+        counts.put(id, id, Ints{length});
+        const Ints list(static_cast<std::size_t>(length), static_cast<int>(id));
+        ASSERT_TRUE(array.putRagged(id, id, list, counts));
+        expected.insert(expected.end(), list.begin(), list.end());
+    }
+    EXPECT_EQ(counts.pieces().size(), 1U);
+    EXPECT_EQ(valuesOf(array, 1, 1000, 4000), expected);
+    EXPECT_EQ(valuesOf(array, 998, 999), (Ints{998, 998, 999, 999, 999}));
+    EXPECT_EQ(array.pieces().size(), 750U) << "each of another length than the one before; a quarter is empty";
+    array.putRagged(500, 502, Ints{1, 2, 2, 2}, KelElementValues());
+    EXPECT_EQ(valuesOf(array, 499, 503), (Ints{499, 499, 499, 501, 502, 502, 503, 503, 503})) << "as it was";
+    EXPECT_TRUE(array.putRagged(501, 502, Ints{-1, -2, -3}, counts));
+    EXPECT_EQ(valuesOf(array, 499, 503), (Ints{499, 499, 499, -1, -2, -3, 503, 503, 503}));
+}
+
+TEST(ElementValues, ACopyDoesNotChangeWithItsOriginal)
+{
+    KelElementValues array;
+    array.put(1, 3, Ints{1, 2, 3});
+    const KelElementValues copy = array;
+    array.put(2, 2, Ints{20});
+    array.put(4, 4, Ints{4});
+    EXPECT_EQ(valuesOf(copy, 1, 3), (Ints{1, 2, 3}));
+    EXPECT_EQ(valuesOf(copy, 1, 4), Ints{});
+    EXPECT_EQ(valuesOf(array, 1, 4), (Ints{1, 20, 3, 4}));
+}
+
+TEST(ElementValues, ABufferOfNoTypeGetsNothing)
+{
+    KelElementValues array;
+    array.put(1, 3, Ints{1, 2, 3});
+    int room[3] = {-1, -1, -1};
+    EXPECT_EQ(array.get(1, 3, {room, 3, static_cast<KelPlainDataType>(99)}), 0U);
+    EXPECT_EQ(room[0], -1);
+}
+
+TEST(ElementValues, PiecesOfARangeAreCutAtItsEnds)
+{
+    KelElementValues array;
+    array.put(1, 4, Ints{1, 2, 3, 4});
+    array.putUniform(6, 9, Ints{5});
+    const auto pieces = array.pieces(3, 7);
+    ASSERT_EQ(pieces.size(), 2U);
+    EXPECT_EQ(pieces[0].first, 3U);
+    EXPECT_EQ(pieces[0].last, 4U);
+    EXPECT_EQ(*static_cast<const int*>(pieces[0].values.data), 3);
+    EXPECT_EQ(pieces[0].values.count, 2U);
+    EXPECT_EQ(pieces[1].first, 6U);
+    EXPECT_EQ(pieces[1].last, 7U);
+    EXPECT_TRUE(array.pieces(5, 5).empty());
 }
 
 TEST(ElementValues, PiecesMakeTheSameAgain)

@@ -1,0 +1,7 @@
+#include "KelTreeStore.h"
+
+namespace meridyn {
+
+KelTreeStore::~KelTreeStore() = default;
+
+} // namespace meridyn

@@ -66,6 +66,20 @@ std::optional<signed64> KelHdf5Provider::uniformValue(KelArray array, unsigned64
         [&](const MeshReader& mesh) -> std::optional<signed64> { return mesh.uniformValue(array, firstId, lastId); });
 }
 
+KelPlainDataType KelHdf5Provider::storedType(KelArray array) const
+{
+    return _data->ask(_data->classOf(array), "storedType", noType, [&](Data::Session&) {
+        std::optional<Stored> type;
+        if (array == KelArray::PhaseVariable && _data->values)
+            type = _data->values->type();
+        else if (array == KelArray::Coordinates && _data->mesh)
+            type = _data->mesh->coordinateType();
+        if (!type || (*type != Stored::F32 && *type != Stored::F64))
+            return noType;
+        return *type == Stored::F32 ? KEL_PLAIN_FLOAT : KEL_PLAIN_DOUBLE;
+    });
+}
+
 // ---- what else a mesh has ----
 
 unsigned64 KelHdf5Provider::getLocalElemIdsInZone(int zoneId, unsigned64* ids, unsigned64 capacity) const

@@ -58,6 +58,12 @@ int MeshReader::partitionCount() const
     return cells ? static_cast<int>(readNumber(cells.get(), "partition_count").value_or(0)) : 0;
 }
 
+std::optional<Stored> MeshReader::coordinateType() const
+{
+    const PlainArray* const known = plain(_coordinates, KEL_NODE_ZONE, "coordinates");
+    return known == nullptr ? std::nullopt : std::optional(known->array->shape().type);
+}
+
 // 0 to 0 is what an unknown zone becomes on its way here: no rows, and no error either, since it was reported.
 MeshReader::Rows MeshReader::rowsOf(KelZoneCategory category, std::uint64_t first, std::uint64_t last) const
 {

@@ -17,6 +17,7 @@ public:
 
     std::uint64_t dimension() const { return _dimension; }
     int partitionCount() const;
+    std::optional<Stored> coordinateType() const; ///< none without coordinates
     hid_t group() const { return _group.get(); }
     Hdf5File& file() const { return _file; }
 

@@ -110,6 +110,10 @@ TEST_P(DerivedValues, AreThereWhenNothingWasSaid)
     EXPECT_EQ(ofCellZone(reader, 22), (Zones{12, 13}));
     EXPECT_EQ(marksOf(path), (Derived{{KEL_MESH_SIZE_1, KEL_MESH_SIZE_3, KEL_MESH_SIZE_4},
                                       {{11, 0}, {11, 1}, {12, 0}, {12, 1}, {13, 0}, {21, 0}, {22, 0}}}));
+    const KelDerived ledger = reader.derived();
+    EXPECT_TRUE(ledger.adjacency);
+    EXPECT_TRUE(ledger.sizes[KEL_MESH_SIZE_1] && ledger.sizes[KEL_MESH_SIZE_3] && ledger.sizes[KEL_MESH_SIZE_4]);
+    EXPECT_FALSE(ledger.sizes[KEL_MESH_DIMENSION] || ledger.sizes[KEL_MESH_SIZE_2]);
     EXPECT_EQ(reader.errors(), "");
 }
 
@@ -131,6 +135,8 @@ TEST_P(DerivedValues, DoNotReplaceWhatWasGiven)
     EXPECT_EQ(ofCellZone(reader, 22), Zones{11});
     EXPECT_EQ(ofCellZone(reader, 21), (Zones{11, 12, 13}));
     EXPECT_EQ(marksOf(path), (Derived{{KEL_MESH_SIZE_3}, {{11, 1}, {12, 0}, {13, 0}, {21, 0}}}));
+    EXPECT_FALSE(reader.derived().adjacency) << "some was given";
+    EXPECT_EQ(reader.derived().neighbours, marksOf(path).neighbours);
 }
 
 TEST_P(DerivedValues, HaveNoMarksWhenAllWasGiven)
@@ -205,6 +211,28 @@ TEST_P(DerivedValues, OfEachMeshAreItsOwn)
     ASSERT_TRUE(reader.setMeshContext(2, KEL_DEFAULT_TARGET, -1, KelBase::KEL_UPDATE_CASE));
     EXPECT_EQ(sizesOf(reader), (std::vector<unsigned64>{1, 2, 0, 0, 0}));
     EXPECT_EQ(marksOf(path, "mesh_2_target_0_partition_-1"), (Derived{{KEL_MESH_SIZE_1}, {}}));
+}
+
+TEST_P(DerivedValues, OfTheCaseStandInTheDataOfTheSameWriter)
+{
+    ASSERT_TRUE(writer.startWriting(path, KEL_CASE));
+    writeCells(writer);
+    ASSERT_TRUE(writer.endWriting(KEL_CASE)) << writer.errors();
+    const std::string data = folder / "d.data.kel";
+    ASSERT_TRUE(writer.startWriting(data, KEL_DATA));
+    ASSERT_TRUE(writer.endWriting(KEL_DATA)) << writer.errors();
+    ASSERT_TRUE(reader.startReading(data, KEL_DATA)) << reader.errors();
+    EXPECT_EQ(ofFaceZone(reader, 12).side1, Zones{22});
+    EXPECT_EQ(ofCellZone(reader, 21), (Zones{11, 12, 13}));
+    EXPECT_TRUE(reader.derived().adjacency);
+    writer.setCellFaceZoneIds({{21, {11}}, {22, {12}}});
+    writer.setFaceCellZone0Ids({{11, {21}}, {12, {21}}, {13, {21}}});
+    writer.setFaceCellZone1Ids({{11, {21}}, {12, {22}}, {13, {22}}});
+    writer.setAppendOn(true);
+    reader.endReading(KEL_DATA);
+    ASSERT_TRUE(writer.startWriting(data, KEL_DATA)) << writer.errors();
+    ASSERT_TRUE(writer.endWriting(KEL_DATA)) << writer.errors();
+    EXPECT_TRUE(marksOf(data).isEmpty()) << "now they are given";
 }
 
 TEST_P(DerivedValues, DoNotBecomePartOfTheWriter)

@@ -81,6 +81,9 @@ TEST_F(MemoryDerived, AreThereWhenNothingWasSaid)
     EXPECT_EQ(around(5), (Zones{3, 4}));
     EXPECT_EQ(marks(),
               (KelDerivedValues{{KEL_MESH_SIZE_3, KEL_MESH_SIZE_4}, {{3, 0}, {3, 1}, {4, 0}, {6, 0}, {5, 0}}}));
+    EXPECT_TRUE(reader.derived().adjacency);
+    EXPECT_TRUE(reader.derived().sizes[KEL_MESH_SIZE_4]);
+    EXPECT_FALSE(reader.derived().sizes[KEL_MESH_SIZE_1]);
 }
 
 TEST_F(MemoryDerived, DoNotReplaceWhatWasGiven)

@@ -142,6 +142,7 @@ TEST_F(TreeStore, DataAloneDeclareTheirZones)
     EXPECT_EQ(beside, std::list<int>{5}) << "as in the case that the same writer has written";
     const KelDerivedValues& derived = store->files[KEL_DATA]->meshes.begin()->second.derived;
     EXPECT_EQ(derived.neighbours, (std::set<std::pair<int, int>>{{3, 0}, {5, 0}}));
+    EXPECT_TRUE(reader.derived().adjacency);
 }
 
 TEST_F(TreeStore, WhatHasNoLevelStaysBesideTheLevels)
@@ -160,6 +161,12 @@ TEST_F(TreeStore, WhatHasNoLevelStaysBesideTheLevels)
     Texts names;
     reader.getSetNames(KEL_DATA, names);
     EXPECT_EQ(names, Texts{"of 0"});
+    EXPECT_TRUE(reader.hasDataAtNoLevel());
+    reader.chooseNoLevel(true);
+    reader.getSetNames(KEL_DATA, names);
+    EXPECT_EQ(names, Texts{"of none"});
+    reader.chooseNoLevel(false);
+    EXPECT_TRUE(reader.startReadingSet("of 0"));
 }
 
 } // namespace

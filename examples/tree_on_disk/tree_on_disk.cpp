@@ -28,9 +28,14 @@ public:
         return tree;
     }
 
-    /// Under another name first: until it is complete, what bears the name stays as it is.
-    void save(KelDataClass, const std::string& path, const KelTreeFile& tree) override
+    /// Under another name first: until it is complete, what bears the name stays as it is. Only a regular file may be
+    /// replaced: a rename would turn a device, a pipe or a link into a file. A link is followed to what it leads to.
+    void save(KelDataClass, const std::string& name, const KelTreeFile& tree) override
     {
+        std::error_code error;
+        const std::string path = fs::is_symlink(name) ? fs::weakly_canonical(name, error).string() : name;
+        if (error || (fs::exists(path) && !fs::is_regular_file(path)))
+            throw std::runtime_error("is no regular file, and nothing else is replaced");
         KelTree copy = *tree;
         std::ofstream file(path + ".tmp", std::ios::binary);
         Archive archive(file);

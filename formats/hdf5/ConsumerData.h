@@ -39,6 +39,7 @@ struct KelHdf5Consumer::Data {
 
     KelHdf5Consumer& writer;
     std::unique_ptr<Session> sessions[2];
+    hdf5::LockChoice locks;
     KelDataClass current = KEL_CASE; ///< the class that was opened last and is still open
     int compression = 0;
 
@@ -106,6 +107,7 @@ struct KelHdf5Consumer::Data {
     hdf5::MeshDescription currentMesh() const;
     MeshState takeState() const;
 
+    hdf5::LockSettings lockSettings() const; ///< posts what is wrong with those of the environment
     void open(Session& session, KelDataClass dataClass);
     void startMesh(Session& session, KelDataClass dataClass, const hdf5::MeshKey& key);
     void finishMesh(Session& session, KelDataClass dataClass, MeshState state);

@@ -17,6 +17,21 @@ KelHdf5Consumer::KelHdf5Consumer() : _data(std::make_unique<Data>(*this))
 
 KelHdf5Consumer::~KelHdf5Consumer() = default;
 
+void KelHdf5Consumer::setLockTimeout(double seconds)
+{
+    if (const std::string complaint = _data->locks.setTimeout(seconds); !complaint.empty())
+        getMessageRegistrar()->registerMessage(KelWarning(complaint, "setLockTimeout"));
+}
+
+hdf5::LockSettings KelHdf5Consumer::Data::lockSettings() const
+{
+    std::string complaint;
+    const LockSettings settings = locks.settings(complaint);
+    if (!complaint.empty())
+        writer.getMessageRegistrar()->registerMessage(KelWarning(complaint, "startWriting"));
+    return settings;
+}
+
 void KelHdf5Consumer::setCompression(int level)
 {
     _data->compression = std::clamp(level, 0, 9);
@@ -53,14 +68,14 @@ bool KelHdf5Consumer::openData(KelDataClass dataClass, const std::string& fileNa
 void KelHdf5Consumer::Data::open(Session& target, KelDataClass dataClass)
 {
     if (writer.isAppendOn() && ::access(target.path.c_str(), F_OK) == 0) {
-        target.file = Hdf5File::openForAppending(target.path);
+        target.file = Hdf5File::openForAppending(target.path, lockSettings());
         const std::string version = readIdentity(target.file->id(), dataClass);
         if (writer.isSupported(version) != KEL_READABLE)
             throw FormatError("has the format version '" + version + "', " + formatVersion() +
                               " or older can be added to");
         target.log = readLog(*target.file, target.file->id());
     } else {
-        target.file = Hdf5File::create(target.path);
+        target.file = Hdf5File::create(target.path, lockSettings());
     }
     writeIdentity(target.file->id(), dataClass);
 }

@@ -40,6 +40,12 @@ public:
     /// Drops files that were not ended.
     ~KelHdf5Consumer() override;
 
+    /// How long startWriting and endWriting may wait for another writer, or for programs that keep the file locked.
+    ///
+    /// @param seconds  0 (not at all) to 86,400 (a day); another value is refused with a KelWarning, and the default
+    ///                 holds: KEL_LOCK_TIMEOUT of the environment, or else 30
+    void setLockTimeout(double seconds);
+
     // What means something to files; KelFormatConsumer leads all that comes by range or in many types to the hooks
     // below.
     // clang-format off

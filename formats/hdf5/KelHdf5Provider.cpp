@@ -18,6 +18,21 @@ KelHdf5Provider::KelHdf5Provider() : _data(std::make_unique<Data>(*this))
 
 KelHdf5Provider::~KelHdf5Provider() = default;
 
+void KelHdf5Provider::setLockTimeout(double seconds)
+{
+    if (const std::string complaint = _data->locks.setTimeout(seconds); !complaint.empty())
+        getMessageRegistrar()->registerMessage(KelWarning(complaint, "setLockTimeout"));
+}
+
+hdf5::LockSettings KelHdf5Provider::Data::lockSettings() const
+{
+    std::string complaint;
+    const LockSettings settings = locks.settings(complaint);
+    if (!complaint.empty())
+        reader.getMessageRegistrar()->registerMessage(KelWarning(complaint, "startReading"));
+    return settings;
+}
+
 bool KelHdf5Provider::isReadingData() const
 {
     return _data->sessions[KEL_CASE] || _data->sessions[KEL_DATA];
@@ -52,7 +67,7 @@ bool KelHdf5Provider::openData(KelDataClass dataClass, const std::string& fileNa
 
 void KelHdf5Provider::Data::open(Session& session, KelDataClass dataClass)
 {
-    session.file = Hdf5File::openForReading(session.path);
+    session.file = Hdf5File::openForReading(session.path, lockSettings());
     const hid_t root = session.file->id();
     const std::string version = readIdentity(root, dataClass);
     const KelReadable readable = reader.isSupported(version);
@@ -176,7 +191,7 @@ void KelHdf5Provider::Data::forget(KelDataClass dataClass)
 {
     set.reset();
     setVariable.reset();
-    setOffsets.reset();
+    setLists.reset();
     if (dataClass == KEL_CASE) {
         section.reset();
         mesh.reset();

@@ -35,6 +35,12 @@ public:
     KelHdf5Provider();
     ~KelHdf5Provider() override;
 
+    /// How long startReading may wait for a writer that is changing the file.
+    ///
+    /// @param seconds  0 (not at all) to 86,400 (a day); another value is refused with a KelWarning, and the default
+    ///                 holds: KEL_LOCK_TIMEOUT of the environment, or else 30
+    void setLockTimeout(double seconds);
+
     // The operations of the frame, see KelProvider, that KelFormatProvider leaves to a format.
     // clang-format off
 

@@ -20,29 +20,15 @@ unsigned64 readRows(const ArrayReader& array, unsigned64 first, unsigned64 last,
     return n;
 }
 
-unsigned64 offsetAt(const ArrayReader& offsets, unsigned64 row)
-{
-    unsigned64 offset = 0;
-    offsets.read(row, 1, &offset);
-    return offset;
-}
-
-unsigned64 readListRows(const ArrayReader& array, const ArrayReader& offsets, unsigned64 first, unsigned64 last,
+unsigned64 readListRows(const ArrayReader& array, const ListTable& table, unsigned64 first, unsigned64 last,
                         const KelBuffer& values)
 {
-    if (first == 0 || last < first || last >= offsets.shape().rows)
-        throw FormatError(offsets.label() + " has " + std::to_string(offsets.shape().rows) + " rows, positions " +
+    if (first == 0 || last < first || last > table.rows())
+        throw FormatError(array.label() + " has the lists of " + std::to_string(table.rows()) + " members, positions " +
                           std::to_string(first) + " to " + std::to_string(last) + " asked for");
-    const unsigned64 begin = offsetAt(offsets, first - 1);
-    const unsigned64 end = offsetAt(offsets, last);
-    if (end < begin || end > array.shape().valueCount())
-        throw FormatError(offsets.label() + " leads from " + std::to_string(begin) + " to " + std::to_string(end) +
-                          " of " + std::to_string(array.shape().valueCount()) + " values");
-    unsigned64 stop = end;
-    while (stop - begin > values.capacity) // whole members only
-        stop = std::max(begin, offsetAt(offsets, --last));
-    array.read(begin, stop - begin, values);
-    return stop - begin;
+    const ListTable::Stretch stretch = table.find(first - 1, last - first + 1, values.capacity);
+    array.read(stretch.first, stretch.count, values);
+    return stretch.count;
 }
 
 } // namespace
@@ -97,6 +83,9 @@ bool KelHdf5Provider::giveWhole(KelCollection in, KelPart part, const std::strin
             return false;
         if (in == KelCollection::SetData) // goes into lists of its size, the others into a caller's buffer
             array->checkPlausible();
+        if (part == KelPart::Lists && _data->members(in) != nullptr) // all of them: so all lengths must fit
+            if (const auto table = _data->members(in)->listTable(name))
+                table->find(0, table->rows(), UINT64_MAX);
         array->readStart(room(array->shape().valueCount()));
         return true;
     });
@@ -186,7 +175,7 @@ unsigned64 KelHdf5Provider::Data::readSet(KelArray array, unsigned64 first, unsi
     if (!setVariable)
         return 0;
     if (array == KelArray::SetLists)
-        return setOffsets ? readListRows(*setVariable, *setOffsets, first, last, buffer) : 0;
+        return setLists ? readListRows(*setVariable, *setLists, first, last, buffer) : 0;
     return readRows(*setVariable, first, last, buffer);
 }
 
@@ -224,11 +213,11 @@ void KelHdf5Provider::endReadingDataOfVariableForSet()
 KelPlainDataType KelHdf5Provider::startReadingVariableLengthedDataOfVariableForSet(const std::string& name)
 {
     _data->setVariable.reset();
-    _data->setOffsets.reset();
+    _data->setLists.reset();
     return _data->askSet("startReadingVariableLengthedDataOfVariableForSet", noType, [&](const MemberReader& set) {
         auto values = set.array(KelPart::Lists, name);
-        _data->setOffsets = set.offsets(name);
-        if (!values || !_data->setOffsets)
+        _data->setLists = set.listTable(name);
+        if (!values || !_data->setLists)
             return noType;
         _data->setVariable = std::move(values);
         return kelTypeOf(*_data->setVariable);
@@ -238,13 +227,13 @@ KelPlainDataType KelHdf5Provider::startReadingVariableLengthedDataOfVariableForS
 void KelHdf5Provider::endReadingVariableLengthedDataOfVariableForSet()
 {
     _data->setVariable.reset();
-    _data->setOffsets.reset();
+    _data->setLists.reset();
 }
 
 void KelHdf5Provider::endReadingSet()
 {
     _data->setVariable.reset();
-    _data->setOffsets.reset();
+    _data->setLists.reset();
     _data->set.reset();
 }
 

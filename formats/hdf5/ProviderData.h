@@ -34,6 +34,7 @@ struct KelHdf5Provider::Data {
 
     KelHdf5Provider& reader;
     std::unique_ptr<Session> sessions[2];
+    hdf5::LockChoice locks;
     KelDataClass current = KEL_CASE; ///< opened last and still open
     bool skipsZones = false;
     bool wasAskedForLocations = false;
@@ -51,7 +52,7 @@ struct KelHdf5Provider::Data {
     std::unique_ptr<hdf5::MemberReader> set;
     KelDataClass setClass = KEL_CASE;               ///< that the set belongs to
     std::unique_ptr<hdf5::ArrayReader> setVariable; ///< values or lengths that were started
-    std::unique_ptr<hdf5::ArrayReader> setOffsets;
+    std::unique_ptr<hdf5::ListTable> setLists;
     std::unique_ptr<hdf5::MemberReader> setData;
 
     hdf5::Handle tracks;
@@ -63,6 +64,7 @@ struct KelHdf5Provider::Data {
         return dataClass == KEL_CASE || dataClass == KEL_DATA ? sessions[dataClass].get() : nullptr;
     }
 
+    hdf5::LockSettings lockSettings() const; ///< posts what is wrong with those of the environment
     void open(Session& session, KelDataClass dataClass);
     void loadCase(Session& session, const hdf5::MeshKey& key);
     void loadSolution(Session& session, const hdf5::MeshKey& key);
@@ -116,6 +118,11 @@ struct KelHdf5Provider::Data {
             return absent;
         try {
             const hdf5::QuietErrors quiet;
+            if (target->file && target->file->noticesReplacement())
+                reader.getMessageRegistrar()->registerMessage(
+                    KelWarning(target->path + ": was replaced or removed since it was opened; what is read is what was "
+                                              "opened, until startReading opens the file that now has this name",
+                               function));
             return work(*target);
         } catch (const std::exception& error) {
             post(*target, error.what(), function);

@@ -1,8 +1,8 @@
 #include "ArrayStore.h"
 
 #include "ChunkedArray.h"
-#include "formats/hdf5/file/FileChannel.h"
 #include "ForeignChunks.h"
+#include "formats/hdf5/file/FileChannel.h"
 #include "formats/hdf5/file/FormatError.h"
 #include "formats/hdf5/file/Hdf5File.h"
 

@@ -206,6 +206,14 @@ void ChunkCodec::decode(const unsigned char* encoded, std::size_t size)
     unshuffleBytes(_shuffled.data(), _raw.data(), _raw.size() / _valueSize, _valueSize);
 }
 
+// Nothing else is ever attached to a file.
+ChunkWorkspace& chunksOf(Hdf5File& file)
+{
+    if (!file.attachment())
+        file.attachment() = std::make_unique<ChunkWorkspace>();
+    return static_cast<ChunkWorkspace&>(*file.attachment());
+}
+
 // Each time, in place of what is registered: to ask whether it is there would load a plug-in, and an application may
 // have closed the library in between.
 void registerZstandard()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "formats/hdf5/file/Hdf5File.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -46,10 +48,13 @@ private:
 };
 
 /// What the compressed arrays of a file share while one of them reads or writes.
-struct ChunkWorkspace {
+struct ChunkWorkspace final : FileAttachment {
     ChunkCodec codecs[2];                            ///< one per thread
     std::vector<std::vector<unsigned char>> encoded; ///< chunks on their way between threads and file
 };
+
+/// The workspace of a file, made when its first compressed array needs it.
+ChunkWorkspace& chunksOf(Hdf5File& file);
 
 /// Makes the filter known to HDF5 in this process.
 void registerZstandard();

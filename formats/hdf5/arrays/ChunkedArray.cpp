@@ -176,9 +176,9 @@ private:
             total += _chunking.valuesIn(chunk + n);
             ++n;
         }
-        auto& encoded = _file.chunks().encoded;
+        auto& encoded = chunksOf(_file).encoded;
         encoded.resize(batchSize);
-        inParallel(_file.chunks(), _chunking, n, [&](ChunkCodec& codec, std::size_t i) {
+        inParallel(chunksOf(_file), _chunking, n, [&](ChunkCodec& codec, std::size_t i) {
             const std::uint64_t values = _chunking.valuesIn(chunk + i);
             const std::size_t size = sizeOf(_shape.type);
             copy(source, offsets[i], values, codec.raw());
@@ -245,8 +245,8 @@ private:
 
     ChunkCodec& codec()
     {
-        _file.chunks().codecs[0].prepare(_chunking.bytes(), sizeOf(_shape.type));
-        return _file.chunks().codecs[0];
+        chunksOf(_file).codecs[0].prepare(_chunking.bytes(), sizeOf(_shape.type));
+        return chunksOf(_file).codecs[0];
     }
 
     void readValues(std::uint64_t first, std::uint64_t count, const Target& target) override
@@ -288,13 +288,13 @@ private:
             readCached(begin, first, count, target);
             return;
         }
-        auto& encoded = _file.chunks().encoded;
+        auto& encoded = chunksOf(_file).encoded;
         encoded.resize(batchSize);
         for (std::uint64_t chunk = begin; chunk < end; chunk += batchSize) {
             const std::size_t n = std::min<std::uint64_t>(batchSize, end - chunk);
             for (std::size_t i = 0; i < n; ++i)
                 _chunks.read(chunk + i, encoded[i]);
-            inParallel(_file.chunks(), _chunking, n, [&](ChunkCodec& codec, std::size_t i) {
+            inParallel(chunksOf(_file), _chunking, n, [&](ChunkCodec& codec, std::size_t i) {
                 decodeOrClear(codec, encoded[i], _chunking.bytes());
                 give(chunk + i, codec.raw(), first, count, target);
             });
@@ -322,7 +322,7 @@ private:
             _cachedChunk = UINT64_MAX;
             std::vector<unsigned char> encoded;
             _chunks.read(chunk, encoded);
-            ChunkCodec& codec = _file.chunks().codecs[0];
+            ChunkCodec& codec = chunksOf(_file).codecs[0];
             codec.prepare(_chunking.bytes(), sizeOf(_shape.type));
             decodeOrClear(codec, encoded, _chunking.bytes());
             _cached.assign(codec.raw(), codec.raw() + _chunking.bytes());

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "formats/hdf5/file/Hdf5Handle.h"
+
 #include <cstdint>
 #include <map>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -25,5 +28,11 @@ public:
 private:
     std::map<std::uint64_t, std::uint64_t> _intervals; // begin to end
 };
+
+class Hdf5File;
+
+/// Reads a table of stretches (first row, number of rows) of an array that has some of its rows only.
+/// @throws FormatError unless they ascend, lie apart and within the rows
+Coverage readCoverage(Hdf5File& file, hid_t group, const std::string& name, std::uint64_t rows);
 
 } // namespace meridyn::hdf5

@@ -7,6 +7,8 @@
 
 namespace meridyn::hdf5 {
 
+// Invariant: ranges ascend, lie apart by at least one id, and each begins with the row behind the last one of the range
+// before it. Sorted by their first ids, a range can only join the one that was kept last.
 ElementMap::ElementMap(std::vector<std::pair<std::uint64_t, std::uint64_t>> ranges)
 {
     std::erase_if(ranges, [](const auto& range) { return range.first == 0 || range.second < range.first; });

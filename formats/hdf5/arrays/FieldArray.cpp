@@ -23,6 +23,7 @@ FieldWriter::FieldWriter(Hdf5File& file, hid_t group, std::string name, std::opt
         throw FormatError(arrayLabel(group, _name) + " has 0 values per element, 1 or more expected");
 }
 
+// Zones that are new to the field make a part of their own, since the rows of earlier parts may be written already.
 void FieldWriter::addZones(const std::vector<ZoneRange>& zones)
 {
     Part part;
@@ -149,6 +150,8 @@ std::vector<int> FieldReader::zones() const
     return ids;
 }
 
+// The elements of a range may lie in several parts, each in several stretches. All are found before the first value is
+// read, so that a buffer is left alone unless all elements have values.
 std::uint64_t FieldReader::read(std::uint64_t first, std::uint64_t last, const KelBuffer& values) const
 {
     // Where each stretch of elements lies; then, if none is missing, its values.

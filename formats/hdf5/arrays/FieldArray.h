@@ -59,7 +59,7 @@ private:
     std::vector<Part> _parts;
 };
 
-/// The same being read.
+/// Values per element on some zones, as FieldWriter wrote them, being read: any range of elements, whatever the parts.
 class FieldReader {
 public:
     /// @return null when there is no such field

@@ -84,6 +84,7 @@ void RaggedWriter::setIds(std::uint64_t row, std::uint64_t count, const std::uin
     _given.add(row, row + count);
 }
 
+// The counts of all rows are known, so the place of every id is.
 void RaggedWriter::place(std::uint64_t row, std::uint64_t count, const std::uint64_t* ids, std::uint64_t idCount,
                          const IdCheck& check)
 {
@@ -100,6 +101,9 @@ void RaggedWriter::place(std::uint64_t row, std::uint64_t count, const std::uint
     }
 }
 
+// Some counts are still missing, so nobody knows where these ids will lie: they wait in a temporary file, one segment
+// for rows and bytes that follow each other. A segment whose counts are all known is checked now, the others when
+// they are placed.
 void RaggedWriter::keep(std::uint64_t row, std::uint64_t count, const std::uint64_t* ids, std::uint64_t idCount,
                         const IdCheck& check)
 {
@@ -225,55 +229,42 @@ std::unique_ptr<RaggedReader> RaggedReader::open(Hdf5File& file, hid_t group, co
                                                  std::uint64_t rows)
 {
     auto reader = std::make_unique<RaggedReader>();
-    reader->_counts = RunArrayReader::open(file, group, name + "_counts", rows);
+    reader->_counts = RunLengthArrayReader::open(file, group, name + "_counts", rows);
     if (!reader->_counts)
         return nullptr;
     reader->_ids = ArrayReader::open(file, group, name + "_ids");
+    const std::uint64_t total = reader->_ids->shape().valueCount();
     if (hasLink(group, name + "_offsets")) {
-        reader->_offsets = ArrayReader::open(file, group, name + "_offsets");
-        if (reader->_offsets->shape().valueCount() != rows + 1)
-            throw FormatError(arrayLabel(group, name) + "_offsets has " +
-                              std::to_string(reader->_offsets->shape().valueCount()) + " values, " +
-                              std::to_string(rows + 1) + " expected");
-    } else {
-        reader->_uniform = reader->_counts->uniformValue(0, rows);
-        if (!reader->_uniform || *reader->_uniform < 0)
-            throw FormatError(arrayLabel(group, name) + "_offsets is missing");
+        const auto lengths = [counts = reader->_counts.get()](std::uint64_t row, std::uint64_t n, std::uint64_t* to) {
+            counts->read(row, n, to);
+        };
+        reader->_table =
+            std::make_unique<ListTable>(ArrayReader::open(file, group, name + "_offsets"), lengths, rows, total);
+        return reader;
     }
+    const auto uniform = reader->_counts->uniformValue(0, rows);
+    if (!uniform || *uniform < 0)
+        throw FormatError(arrayLabel(group, name) + "_offsets is missing");
+    reader->_uniform = static_cast<std::uint64_t>(*uniform);
+    if (reader->_uniform == 0 ? total != 0 : total % reader->_uniform != 0 || total / reader->_uniform != rows)
+        throw FormatError(reader->_ids->label() + " has " + std::to_string(total) + " ids, " +
+                          std::to_string(reader->_uniform) + " for each of " + std::to_string(rows) + " rows expected");
     return reader;
 }
 
-std::uint64_t RaggedReader::offsetOf(std::uint64_t row) const
+ListTable::Stretch RaggedReader::find(std::uint64_t row, std::uint64_t count, std::uint64_t capacity) const
 {
-    if (!_offsets)
-        return row * static_cast<std::uint64_t>(*_uniform);
-    std::uint64_t offset = 0;
-    _offsets->read(row, 1, &offset);
-    return offset;
+    if (_table)
+        return _table->find(row, count, capacity);
+    const std::uint64_t fits = _uniform == 0 ? count : std::min(count, capacity / _uniform);
+    return {row * _uniform, fits * _uniform};
 }
 
 std::uint64_t RaggedReader::readIds(std::uint64_t row, std::uint64_t count, const KelBuffer& ids) const
 {
-    const std::uint64_t begin = offsetOf(row);
-    const std::uint64_t end = offsetOf(row + count);
-    const std::uint64_t total = _ids->shape().valueCount();
-    if (end < begin || end > total)
-        throw FormatError(_ids->label() + " has " + std::to_string(total) + " ids, those of the rows from " +
-                          std::to_string(row) + " go from " + std::to_string(begin) + " to " + std::to_string(end));
-    std::uint64_t n = end - begin;
-    if (n > ids.capacity) { // whole elements only: the last one whose ids fit
-        std::uint64_t fits = 0;
-        for (std::uint64_t beyond = count; beyond - fits > 1;) {
-            const std::uint64_t middle = fits + (beyond - fits) / 2;
-            const std::uint64_t offset = offsetOf(row + middle);
-            (offset >= begin && offset - begin <= ids.capacity ? fits : beyond) = middle;
-        }
-        n = offsetOf(row + fits) - begin;
-        if (n > ids.capacity)
-            return 0; // offsets of a damaged file
-    }
-    _ids->read(begin, n, ids);
-    return n;
+    const ListTable::Stretch stretch = find(row, count, ids.capacity);
+    _ids->read(stretch.first, stretch.count, ids);
+    return stretch.count;
 }
 
 } // namespace meridyn::hdf5

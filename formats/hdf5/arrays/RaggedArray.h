@@ -1,7 +1,8 @@
 #pragma once
 
-#include "RunArray.h"
 #include "formats/hdf5/file/SpillFile.h"
+#include "ListTable.h"
+#include "RunLengthArray.h"
 
 #include <functional>
 
@@ -62,7 +63,7 @@ private:
     std::uint64_t _rows;
     Stored _idType;
     int _compression;
-    RunArrayWriter _counts;
+    RunLengthArrayWriter _counts;
     Coverage _given; // rows that have their ids
     bool _isSettled = false;
     std::optional<int> _uniform; // count of all rows, once settled
@@ -72,24 +73,24 @@ private:
     std::vector<Segment> _segments;
 };
 
-/// The same being read.
+/// Lists of ids, as RaggedWriter wrote them, being read: any range of rows.
 class RaggedReader {
 public:
     /// @return null when there is no such array
     static std::unique_ptr<RaggedReader> open(Hdf5File& file, hid_t group, const std::string& name, std::uint64_t rows);
 
-    const RunArrayReader& counts() const { return *_counts; }
-
-    /// Number of ids before a row, and of those of some rows.
-    std::uint64_t offsetOf(std::uint64_t row) const;
+    const RunLengthArrayReader& counts() const { return *_counts; }
 
     /// Ids of the rows, whole rows as far as there is room.
+    /// @throws FormatError when counts and offsets of the rows contradict each other
     std::uint64_t readIds(std::uint64_t row, std::uint64_t count, const KelBuffer& ids) const;
 
 private:
-    std::unique_ptr<RunArrayReader> _counts;
-    std::optional<int> _uniform;
-    std::unique_ptr<ArrayReader> _offsets;
+    ListTable::Stretch find(std::uint64_t row, std::uint64_t count, std::uint64_t capacity) const;
+
+    std::unique_ptr<RunLengthArrayReader> _counts;
+    std::unique_ptr<ListTable> _table; // none: all rows have one count
+    std::uint64_t _uniform = 0;        // that count
     std::unique_ptr<ArrayReader> _ids;
 };
 

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <fcntl.h>
 #include <limits>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -19,13 +18,7 @@ namespace {
 
 constexpr std::uint64_t pageSize = 512; // a sector, see Journal::Block
 
-bool isSameFile(int descriptor, const std::string& path)
-{
-    struct stat open {};
-    struct stat named {};
-    return ::fstat(descriptor, &open) == 0 && ::stat(path.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
-           open.st_ino == named.st_ino;
-}
+constexpr std::size_t mostDescriptions = 32 * 1024 * 1024; // bytes kept for a reader
 
 } // namespace
 
@@ -39,11 +32,9 @@ std::string folderOf(const std::string& path)
 
 void syncFolder(const std::string& folder)
 {
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    ::fsync(descriptor);
-    ::close(descriptor);
+    const FileDescriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened)
+        ::fsync(opened.get());
 }
 
 std::string systemWords(const char* call)
@@ -51,42 +42,24 @@ std::string systemWords(const char* call)
     return std::string(call) + ": " + std::generic_category().message(errno);
 }
 
-FileChannel::FileChannel(const std::string& path, Mode mode) : _path(path), _mode(mode)
+FileChannel::FileChannel(const std::string& path, Mode mode, const LockSettings& locks)
+    : _path(path), _mode(mode), _locks(locks)
 {
-    const int flags = (mode == Mode::Read ? O_RDONLY : O_RDWR) | (mode == Mode::Create ? O_CREAT : 0) | O_CLOEXEC;
-    // A writer that was faster may rename or remove the file between our open and our lock: then it is another one.
-    for (int attempt = 0;; ++attempt) {
-        _descriptor = ::open(path.c_str(), flags, 0666);
-        if (_descriptor < 0)
-            throw FormatError(systemWords("open"));
-        struct stat status {};
-        if (::fstat(_descriptor, &status) == 0 && !S_ISREG(status.st_mode)) {
-            ::close(_descriptor);
-            throw FormatError("is not a regular file");
-        }
-        try {
-            lock();
-        } catch (const FormatError&) {
-            ::close(_descriptor);
-            throw;
-        }
-        if (mode == Mode::Read || isSameFile(_descriptor, path) || attempt == 100)
-            break;
-        ::close(_descriptor);
+    open();
+    if (mode == Mode::Create) {
+        if (::ftruncate(_descriptor.get(), 0) != 0)
+            throw FormatError(systemWords("ftruncate"));
+        return;
     }
-    try {
-        if (mode == Mode::Create) {
-            if (::ftruncate(_descriptor, 0) != 0)
-                throw FormatError(systemWords("ftruncate"));
-        } else {
-            recover();
-        }
-        if (mode == Mode::Append)
-            freeze();
-    } catch (const FormatError&) {
-        ::close(_descriptor);
-        throw;
-    }
+    // A writer changes the file where a killed one had not finished, a reader only looks.
+    auto content = std::make_unique<ContentLock>(
+        _descriptor.get(), mode == Mode::Read ? ContentLock::Kind::Read : ContentLock::Kind::Change, locks);
+    recover();
+    if (mode == Mode::Append)
+        freeze();
+    _origin = firstPage();
+    if (mode == Mode::Read)
+        _opening = std::move(content);
 }
 
 FileChannel::~FileChannel()
@@ -94,14 +67,25 @@ FileChannel::~FileChannel()
     close();
 }
 
-void FileChannel::lock()
+// A writer that was faster may rename or remove the file between our open and our lock: then it is another one.
+void FileChannel::open()
 {
-    if (::flock(_descriptor, (_mode == Mode::Read ? LOCK_SH : LOCK_EX) | LOCK_NB) == 0)
-        return;
-    if (errno != EWOULDBLOCK)
-        return; // a file system without locks
-    throw FormatError(_mode == Mode::Read ? "is locked by a writer (" + systemWords("flock") + ")"
-                                          : "is in use by another reader or writer (" + systemWords("flock") + ")");
+    const int access = _mode == Mode::Read ? O_RDONLY : O_RDWR;
+    const int flags = access | (_mode == Mode::Create ? O_CREAT : 0) | O_CLOEXEC | O_NONBLOCK; // a pipe would wait
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        _descriptor = FileDescriptor(::open(_path.c_str(), flags, 0666));
+        if (!_descriptor)
+            throw FormatError(systemWords("open"));
+        struct stat status {};
+        if (::fstat(_descriptor.get(), &status) == 0 && !S_ISREG(status.st_mode))
+            throw FormatError("is not a regular file");
+        if (_mode == Mode::Read)
+            return;
+        lockSession(_descriptor.get(), _locks);
+        if (!isReplaced())
+            return;
+    }
+    throw FormatError("is replaced by others again and again");
 }
 
 // A complete journal beside the file is an append that was decided but not finished. A writer finishes it; a reader,
@@ -109,7 +93,7 @@ void FileChannel::lock()
 void FileChannel::recover()
 {
     Journal journal;
-    if (!Journal::load(_path, journal)) {
+    if (!Journal::load(_path, size(), journal)) {
         if (_mode == Mode::Append)
             Journal::remove(_path);
         return;
@@ -153,7 +137,7 @@ void FileChannel::cutTail()
 {
     if (_mode != Mode::Append || _isTailCut)
         return;
-    if (size() > _oldSize && ::ftruncate(_descriptor, static_cast<off_t>(_oldSize)) != 0)
+    if (size() > _oldSize && ::ftruncate(_descriptor.get(), static_cast<off_t>(_oldSize)) != 0)
         throw FormatError(systemWords("ftruncate"));
     _isTailCut = true;
 }
@@ -163,7 +147,7 @@ std::size_t FileChannel::readFile(std::uint64_t offset, void* buffer, std::size_
     auto* bytes = static_cast<unsigned char*>(buffer);
     std::size_t done = 0;
     while (done < size) {
-        const ssize_t n = ::pread(_descriptor, bytes + done, size - done, static_cast<off_t>(offset + done));
+        const ssize_t n = ::pread(_descriptor.get(), bytes + done, size - done, static_cast<off_t>(offset + done));
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0)
@@ -180,7 +164,7 @@ void FileChannel::writeFile(std::uint64_t offset, const void* buffer, std::size_
     const auto* bytes = static_cast<const unsigned char*>(buffer);
     std::size_t done = 0;
     while (done < size) {
-        const ssize_t n = ::pwrite(_descriptor, bytes + done, size - done, static_cast<off_t>(offset + done));
+        const ssize_t n = ::pwrite(_descriptor.get(), bytes + done, size - done, static_cast<off_t>(offset + done));
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0)
@@ -203,6 +187,66 @@ void FileChannel::readPadded(std::uint64_t offset, void* buffer, std::size_t siz
     const std::size_t done = readFile(offset, buffer, size);
     std::memset(static_cast<unsigned char*>(buffer) + done, 0, size - done);
     patch(offset, static_cast<unsigned char*>(buffer), size);
+}
+
+// Only pages as they lay on the disk can tell whether a writer was here: what is held may be of a killed writer, whose
+// change the next writer finishes before it makes its own.
+std::vector<unsigned char> FileChannel::firstPage() const
+{
+    std::vector<unsigned char> page(pageSize);
+    page.resize(readFile(0, page.data(), page.size()));
+    return page;
+}
+
+bool FileChannel::isReplaced() const
+{
+    struct stat open {};
+    struct stat named {};
+    return ::fstat(_descriptor.get(), &open) != 0 || ::stat(_path.c_str(), &named) != 0 ||
+           open.st_dev != named.st_dev || open.st_ino != named.st_ino;
+}
+
+bool FileChannel::hasRoomForDescriptions() const
+{
+    return _descriptions.size() < mostDescriptions / pageSize;
+}
+
+// A page that is not kept, for want of room, is the same whenever it is read: from a file that has changed it is not.
+void FileChannel::readDescription(std::uint64_t offset, void* buffer, std::size_t size)
+{
+    if (_mode != Mode::Read)
+        return readPadded(offset, buffer, size);
+    auto* bytes = static_cast<unsigned char*>(buffer);
+    for (std::size_t done = 0; done < size;) {
+        const std::uint64_t start = (offset + done) / pageSize * pageSize;
+        const auto kept = _descriptions.find(start);
+        std::vector<unsigned char> page = kept == _descriptions.end() ? readUnlessChanged(start) : kept->second;
+        const auto at = static_cast<std::size_t>(offset + done - start);
+        const std::size_t n = std::min(size - done, static_cast<std::size_t>(pageSize) - at);
+        std::memcpy(bytes + done, page.data() + at, n);
+        if (kept == _descriptions.end() && hasRoomForDescriptions())
+            _descriptions.emplace(start, std::move(page));
+        done += n;
+    }
+}
+
+// Every commit changes the first page: the end of the file stands in it. A killed writer's change that another one has
+// finished meanwhile is no change to what is seen here.
+std::vector<unsigned char> FileChannel::readUnlessChanged(std::uint64_t page)
+{
+    std::unique_ptr<ContentLock> content;
+    if (!_opening) {
+        content = std::make_unique<ContentLock>(_descriptor.get(), ContentLock::Kind::Read, _locks);
+        std::vector<unsigned char> finished = _origin;
+        patch(0, finished.data(), finished.size());
+        const std::vector<unsigned char> found = firstPage();
+        if (found != _origin && found != finished)
+            throw FormatError("was changed by a writer since it was opened, and what is asked for had not been read "
+                              "then; startReading opens it as it is now");
+    }
+    std::vector<unsigned char> bytes(pageSize);
+    readPadded(page, bytes.data(), bytes.size());
+    return bytes;
 }
 
 void FileChannel::write(std::uint64_t offset, const void* buffer, std::size_t size)
@@ -243,7 +287,9 @@ void FileChannel::postpone(const FormatError& error)
     _frozenSize = std::numeric_limits<std::uint64_t>::max();
 }
 
-// Held pages are whole, but for the last one, which ends with the frozen bytes.
+// Puts new bytes over frozen ones in memory. A page is taken from the file when its first byte changes, so that a
+// journal never holds bytes that nobody has written. Held pages are whole, but for the last one, which ends with the
+// frozen bytes.
 void FileChannel::hold(std::uint64_t offset, const unsigned char* bytes, std::size_t size)
 {
     while (size > 0) {
@@ -264,6 +310,8 @@ void FileChannel::hold(std::uint64_t offset, const unsigned char* bytes, std::si
     }
 }
 
+// Lays held pages over bytes that were read from the file. Pages do not overlap, and only the first one may begin
+// before the bytes.
 void FileChannel::patch(std::uint64_t offset, unsigned char* bytes, std::size_t size) const
 {
     if (_held.empty() || offset >= _frozenSize)
@@ -283,7 +331,7 @@ void FileChannel::patch(std::uint64_t offset, unsigned char* bytes, std::size_t 
 std::uint64_t FileChannel::size() const
 {
     struct stat status {};
-    if (::fstat(_descriptor, &status) != 0)
+    if (::fstat(_descriptor.get(), &status) != 0)
         throw FormatError(systemWords("fstat"));
     return static_cast<std::uint64_t>(status.st_size);
 }
@@ -294,7 +342,7 @@ void FileChannel::resize(std::uint64_t size)
         return; // the end of an appended file is never cut
     try {
         cutTail();
-        if (::ftruncate(_descriptor, static_cast<off_t>(size)) != 0)
+        if (::ftruncate(_descriptor.get(), static_cast<off_t>(size)) != 0)
             throw FormatError(systemWords("ftruncate"));
     } catch (const FormatError& error) {
         postpone(error);
@@ -320,7 +368,7 @@ void FileChannel::applyHeld()
     try {
         for (const auto& [offset, bytes] : _held)
             writeFile(offset, bytes.data(), bytes.size());
-        if (::fdatasync(_descriptor) != 0)
+        if (::fdatasync(_descriptor.get()) != 0)
             throw FormatError(systemWords("fdatasync"));
     } catch (const FormatError& error) {
         throw FormatError(std::string(error.what()) + "; the change stands in " + Journal::pathFor(_path) +
@@ -330,12 +378,27 @@ void FileChannel::applyHeld()
     Journal::remove(_path);
 }
 
+// The locks are advisory, and the name is free: other programs may have done something to the file, or to its name.
+void FileChannel::checkStillOurs() const
+{
+    if (isReplaced())
+        throw FormatError("was replaced or removed while something was added to it");
+    if (firstPage() != _origin)
+        throw FormatError("was changed by another program while something was added to it");
+}
+
+// What was added is on the disk before the journal is, the journal before the first old byte changes, and all old bytes
+// before the journal goes: at every moment the file, with a journal that is complete, is either the old or the new one.
 void FileChannel::commit()
 {
     if (!_postponedError.empty())
         throw FormatError(_postponedError);
-    if (::fsync(_descriptor) != 0)
+    if (::fsync(_descriptor.get()) != 0)
         throw FormatError(systemWords("fsync"));
+    if (_held.empty())
+        return;
+    const ContentLock content(_descriptor.get(), ContentLock::Kind::Change, _locks);
+    checkStillOurs();
     const Journal journal = journalOfHeld();
     if (journal.blocks.empty())
         return;
@@ -346,13 +409,15 @@ void FileChannel::commit()
 
 void FileChannel::close() noexcept
 {
-    if (_descriptor < 0)
+    if (!_descriptor)
         return;
     // Without the cut there are bytes behind the end that nothing refers to: harmless.
-    if (_isDiscarding && _isTailCut && !_isDecided && ::ftruncate(_descriptor, static_cast<off_t>(_oldSize)) != 0)
+    const bool isCut = _isDiscarding && _isTailCut && !_isDecided;
+    if (isCut && ::ftruncate(_descriptor.get(), static_cast<off_t>(_oldSize)) != 0)
         errno = 0;
-    ::close(_descriptor);
-    _descriptor = -1;
+    _opening.reset();
+    unlockAll(_descriptor.get());
+    _descriptor = FileDescriptor();
     _isDiscarding = true;
 }
 

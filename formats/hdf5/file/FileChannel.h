@@ -1,7 +1,11 @@
 #pragma once
 
+#include "FileDescriptor.h"
+#include "FileLock.h"
+
 #include <cstdint>
 #include <map>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,11 +18,19 @@ struct Journal;
 /// The bytes of one open file. HDF5 and our own array code share it: both read and write through it, so that there is
 /// one lock, one place where errors get their words, and one place that protects the old content of a file.
 ///
-/// Read     shared lock; a change that a killed writer left behind in the journal is seen as done.
-/// Create   exclusive lock, empty file.
-/// Append   exclusive lock; bytes below the size at opening are frozen: what is written there is held back in memory
-///          until commit, what is written behind goes to the file at once. So whatever happens before the commit, the
-///          file stays what it was, with bytes behind its end that nothing refers to.
+/// Read     serves the file as it was at opening, whatever writers of ours do to it meanwhile, and keeps no lock: see
+///          below. A change that a killed writer left behind in the journal is seen as done.
+/// Create   locked for other writers, empty file.
+/// Append   locked for other writers; bytes below the size at opening are frozen: what is written there is held back in
+///          memory until commit, what is written behind goes to the file at once. So whatever happens before the
+///          commit, the file stays what it was, with bytes behind its end that nothing refers to.
+///
+/// What a reader sees of a file that grows. An append puts all values of arrays behind the old end, and never gives the
+/// room of old ones to others; what it changes in place are descriptions (superblock, headers, tables of links and
+/// attributes), at its commit, with the content lock for itself. So a reader can read values at any time without a
+/// lock. Descriptions it must have from one and the same moment: it reads them while it is opening, with the content
+/// lock shared, and keeps them in memory. A description that was not read then is read later only if the file is
+/// still unchanged, which is looked at under the lock; else that is an error. Hence nothing torn is ever served.
 class FileChannel {
 public:
     enum class Mode {
@@ -28,7 +40,7 @@ public:
     };
 
     /// @throws FormatError that says what the system said
-    FileChannel(const std::string& path, Mode mode);
+    FileChannel(const std::string& path, Mode mode, const LockSettings& locks);
     ~FileChannel();
     FileChannel(const FileChannel&) = delete;
     FileChannel& operator=(const FileChannel&) = delete;
@@ -39,6 +51,19 @@ public:
 
     /// The same without the demand: bytes beyond the end read as 0, as HDF5 expects of files that it allocates in.
     void readPadded(std::uint64_t offset, void* buffer, std::size_t size) const;
+
+    /// Descriptions, for HDF5, as readPadded: while a file is read, from what is kept in memory.
+    /// @throws FormatError also when they are gone because the file was changed since it was opened
+    void readDescription(std::uint64_t offset, void* buffer, std::size_t size);
+
+    /// Whether the descriptions that are kept have not yet reached the size that they may have.
+    bool hasRoomForDescriptions() const;
+
+    /// Ends the opening of a file that is read: gives the content lock back.
+    void endOpening() { _opening.reset(); }
+
+    /// Whether another file bears the name, or none.
+    bool isReplaced() const;
 
     /// @throws FormatError
     void write(std::uint64_t offset, const void* buffer, std::size_t size);
@@ -69,7 +94,7 @@ public:
 private:
     using Pages = std::map<std::uint64_t, std::vector<unsigned char>>; // by offset of the page
 
-    void lock();
+    void open();
     void recover();
     void freeze();
     void cutTail();
@@ -80,10 +105,15 @@ private:
     std::size_t readFile(std::uint64_t offset, void* buffer, std::size_t size) const;
     void writeFile(std::uint64_t offset, const void* buffer, std::size_t size);
     void applyHeld();
+    std::vector<unsigned char> firstPage() const;
+    std::vector<unsigned char> readUnlessChanged(std::uint64_t page);
+    void checkStillOurs() const;
 
     std::string _path;
     Mode _mode;
-    int _descriptor = -1;
+    LockSettings _locks;
+    FileDescriptor _descriptor;
+    std::unique_ptr<ContentLock> _opening; // of a reader, until all is opened
     bool _isDiscarding = false;
     bool _isTailCut = false; // what was behind the frozen bytes when an appended file was opened is gone
     bool _isDecided = false; // the journal is complete: the change is made, if not by us
@@ -91,6 +121,8 @@ private:
     std::uint64_t _oldSize = 0;    // of an appended file
     std::uint64_t _frozenSize = 0; // bytes below are held back when written: the old ones or, after an error, all
     Pages _held;
+    Pages _descriptions;                // of a file that is read
+    std::vector<unsigned char> _origin; // first page of the file as it lay on the disk at opening, see firstPage()
 };
 
 /// Folder of a path, "." for a bare name.

@@ -90,12 +90,15 @@ haddr_t endOfFile(const H5FD_t* file, H5FD_mem_t)
     return size;
 }
 
-herr_t readFile(H5FD_t* file, H5FD_mem_t, hid_t, haddr_t address, size_t size, void* buffer)
+herr_t readFile(H5FD_t* file, H5FD_mem_t type, hid_t, haddr_t address, size_t size, void* buffer)
 {
     return reported(H5E_READERROR, [&] {
         if (address > largestAddress || size > largestAddress - address || address + size > fileOf(file).end)
             throw FormatError("reading outside the file, at byte " + std::to_string(address));
-        fileOf(file).channel->readPadded(address, buffer, size);
+        if (type == H5FD_MEM_DRAW)
+            fileOf(file).channel->readPadded(address, buffer, size);
+        else
+            fileOf(file).channel->readDescription(address, buffer, size);
     });
 }
 

@@ -1,11 +1,13 @@
 #include "Hdf5File.h"
 
 #include "CreationOrder.h"
+#include "DescriptionWalk.h"
 #include "FileChannel.h"
 #include "FileDriver.h"
 #include "FormatError.h"
 #include "formats/hdf5/arrays/ChunkCodec.h"
 #include "Journal.h"
+#include "OutputTarget.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -57,25 +59,31 @@ bool isHardLink(hid_t group, const std::string& path)
 
 } // namespace
 
-std::unique_ptr<Hdf5File> Hdf5File::openForReading(const std::string& path)
+std::unique_ptr<Hdf5File> Hdf5File::openForReading(const std::string& path, const LockSettings& locks)
 {
     const QuietErrors quiet;
-    std::unique_ptr<Hdf5File> file(new Hdf5File(path));
-    file->_channel = std::make_shared<FileChannel>(path, FileChannel::Mode::Read);
+    const std::string linked = linkedFile(path);
+    std::unique_ptr<Hdf5File> file(new Hdf5File(linked.empty() ? path : linked));
+    file->_channel = std::make_shared<FileChannel>(file->_path, FileChannel::Mode::Read, locks);
     file->_isOpen = true;
     const Handle access = accessThrough(file->_channel);
     file->_file = checkedId(H5Fopen(path.c_str(), H5F_ACC_RDONLY, access.get()), "cannot be opened as HDF5 file");
+    readDescriptions(*file);
+    file->_channel->endOpening();
     return file;
 }
 
-std::unique_ptr<Hdf5File> Hdf5File::create(const std::string& path)
+std::unique_ptr<Hdf5File> Hdf5File::create(const std::string& path, const LockSettings& locks)
 {
     const QuietErrors quiet;
-    if (::access(path.c_str(), F_OK) == 0 && ::access(path.c_str(), W_OK) != 0)
+    if (const std::string problem = outputProblem(path); !problem.empty())
+        throw FormatError(problem);
+    std::unique_ptr<Hdf5File> file(new Hdf5File(linkedFile(path)));
+    if (::access(file->_path.c_str(), F_OK) == 0 && ::access(file->_path.c_str(), W_OK) != 0)
         throw FormatError("exists and must not be replaced (" + systemWords("access") + ")");
-    std::unique_ptr<Hdf5File> file(new Hdf5File(path));
-    file->_channel = std::make_shared<FileChannel>(temporaryFor(path), FileChannel::Mode::Create);
-    file->_temporaryPath = temporaryFor(path);
+    const std::string temporaryPath = temporaryFor(file->_path);
+    file->_channel = std::make_shared<FileChannel>(temporaryPath, FileChannel::Mode::Create, locks);
+    file->_temporaryPath = temporaryPath; // removed from now on: not before, it may be another writer's
     file->_isOpen = true;
     const Handle access = accessThrough(file->_channel);
     file->_file = checkedId(
@@ -83,11 +91,13 @@ std::unique_ptr<Hdf5File> Hdf5File::create(const std::string& path)
     return file;
 }
 
-std::unique_ptr<Hdf5File> Hdf5File::openForAppending(const std::string& path)
+std::unique_ptr<Hdf5File> Hdf5File::openForAppending(const std::string& path, const LockSettings& locks)
 {
     const QuietErrors quiet;
-    std::unique_ptr<Hdf5File> file(new Hdf5File(path));
-    file->_channel = std::make_shared<FileChannel>(path, FileChannel::Mode::Append);
+    if (const std::string problem = outputProblem(path); !problem.empty())
+        throw FormatError(problem);
+    std::unique_ptr<Hdf5File> file(new Hdf5File(linkedFile(path)));
+    file->_channel = std::make_shared<FileChannel>(file->_path, FileChannel::Mode::Append, locks);
     file->_isAppending = true;
     file->_isOpen = true;
     const Handle access = accessThrough(file->_channel);
@@ -120,11 +130,15 @@ void Hdf5File::closeForGood() noexcept
         ::unlink(_temporaryPath.c_str());
 }
 
-ChunkWorkspace& Hdf5File::chunks()
+// At most once a millisecond: readers of single elements come here with each of them.
+bool Hdf5File::noticesReplacement()
 {
-    if (!_chunks)
-        _chunks = std::make_unique<ChunkWorkspace>();
-    return *_chunks;
+    const auto now = std::chrono::steady_clock::now();
+    if (_isKnownToBeReplaced || now - _lastLook < std::chrono::milliseconds(1))
+        return false;
+    _lastLook = now;
+    _isKnownToBeReplaced = _channel->isReplaced();
+    return _isKnownToBeReplaced;
 }
 
 void Hdf5File::linkAtCommit(hid_t object, hid_t group, const std::string& name)
@@ -161,6 +175,8 @@ void Hdf5File::commit()
         const hid_t id = _file.release(); // HDF5 must not be asked twice to close a file, even if it cannot
         checkedCall(H5Fclose(id), "close");
         _channel->commit();
+        if (const std::string problem = _temporaryPath.empty() ? "" : outputProblem(_path); !problem.empty())
+            throw FormatError(problem); // what has come meanwhile
         if (!_temporaryPath.empty() && std::rename(_temporaryPath.c_str(), _path.c_str()) != 0)
             throw FormatError(systemWords("rename"));
     } catch (...) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "FileLock.h"
 #include "Hdf5Handle.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -10,17 +12,27 @@
 namespace meridyn::hdf5 {
 
 class FileChannel;
-struct ChunkWorkspace;
+
+/// What the layers above keep with an open file, such as the buffers that its arrays share. It goes with the file.
+struct FileAttachment {
+    virtual ~FileAttachment() = default;
+};
 
 /// An open HDF5 file: for reading, for writing anew, for adding to it.
 ///
-/// A new file is written beside its final name ("<name>.tmp") and gets the name at commit; until then a file that
-/// already bears it stays what it is. A file that is added to is protected by its channel, see FileChannel.
+/// A file that is read stays what it was at opening, see FileChannel. A new file is written beside its final name
+/// ("<name>.tmp") and gets the name at commit; until then a file that already bears it stays what it is. A file that is
+/// added to is protected by its channel, see FileChannel.
 class Hdf5File {
 public:
-    static std::unique_ptr<Hdf5File> openForReading(const std::string& path);
-    static std::unique_ptr<Hdf5File> create(const std::string& path);
-    static std::unique_ptr<Hdf5File> openForAppending(const std::string& path);
+    /// @name Opening
+    /// Symbolic links are followed to the file that they lead to. Locks that others hold are waited for.
+    /// @throws FormatError; for writing also when the name is that of something else than a regular file
+    /// @{
+    static std::unique_ptr<Hdf5File> openForReading(const std::string& path, const LockSettings& locks = {});
+    static std::unique_ptr<Hdf5File> create(const std::string& path, const LockSettings& locks = {});
+    static std::unique_ptr<Hdf5File> openForAppending(const std::string& path, const LockSettings& locks = {});
+    /// @}
 
     /// Drops what was written unless it was committed.
     ~Hdf5File();
@@ -31,10 +43,14 @@ public:
     FileChannel& channel() const { return *_channel; }
     bool isAppending() const { return _isAppending; }
 
+    /// Whether the name of an open file is found to be another one's, or nobody's: true once.
+    bool noticesReplacement();
+
     /// Room for values on their way, small enough to stay in the processor's cache.
     std::vector<unsigned char>& buffer() { return _buffer; }
 
-    ChunkWorkspace& chunks();
+    /// Place for the one attachment of a file, empty at first; see ChunkWorkspace.
+    std::unique_ptr<FileAttachment>& attachment() { return _attachment; }
 
     /// Links an object under a name at commit, in place of what bears it now: until then nothing of the old file's
     /// space is given back, and so nothing new is written over it.
@@ -66,9 +82,11 @@ private:
     std::vector<PendingLink> _pendingLinks;
     std::vector<Handle> _removed; // objects that have no link any more: HDF5 drops them with their last handle
     std::vector<unsigned char> _buffer;
-    std::unique_ptr<ChunkWorkspace> _chunks; // made when the first compressed array needs it
+    std::unique_ptr<FileAttachment> _attachment;
     bool _isAppending = false;
     bool _isOpen = false;
+    bool _isKnownToBeReplaced = false;
+    std::chrono::steady_clock::time_point _lastLook{}; // at the name
 };
 
 /// @name Groups

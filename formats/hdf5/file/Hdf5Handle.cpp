@@ -2,6 +2,9 @@
 
 #include "FormatError.h"
 
+#include <atomic>
+#include <cstdlib>
+
 namespace meridyn::hdf5 {
 
 namespace {
@@ -12,6 +15,23 @@ herr_t keepInnermost(unsigned depth, const H5E_error2_t* error, void* data)
         if (depth == 0 && error->desc != nullptr)
             *static_cast<std::string*>(data) = error->desc;
     });
+}
+
+std::atomic<bool> hasFailed{false}; // a call of HDF5 that we made
+
+herr_t noteFailure(hid_t, void*)
+{
+    hasFailed = true;
+    return 0;
+}
+
+// HDF5 1.10 loses blocks of its free lists when an object of a damaged file does not get through its metadata cache. At
+// the end of the process it asks for them a hundred times, and prints a letter for each time unless its errors are
+// switched off. Nothing else is left to be reported then.
+void endQuietly()
+{
+    if (hasFailed)
+        H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
 }
 
 } // namespace
@@ -28,7 +48,9 @@ Handle::~Handle()
 QuietErrors::QuietErrors()
 {
     H5Eget_auto2(H5E_DEFAULT, &_function, &_data);
-    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+    H5Eset_auto2(H5E_DEFAULT, noteFailure, nullptr);
+    // What is registered last is called first, and HDF5 has registered its end with the calls above.
+    [[maybe_unused]] static const bool isRegistered = std::atexit(endQuietly) == 0;
 }
 
 QuietErrors::~QuietErrors()

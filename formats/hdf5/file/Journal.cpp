@@ -1,6 +1,7 @@
 #include "Journal.h"
 
 #include "FileChannel.h"
+#include "FileDescriptor.h"
 #include "FormatError.h"
 
 #include <cerrno>
@@ -16,7 +17,16 @@ namespace {
 // "KELJRNL1", size of the file, number of blocks, per block offset, size, checksum of the old bytes and the new bytes;
 // at the end the checksum of everything before it. All numbers little-endian, 64 bits.
 constexpr char magic[8] = {'K', 'E', 'L', 'J', 'R', 'N', 'L', '1'};
-constexpr std::uint64_t largestJournal = 1ULL << 32;
+constexpr std::uint64_t largestBlock = 512; // a sector
+constexpr std::uint64_t frameBytes = sizeof magic + 3 * 8;
+constexpr std::uint64_t blockFrameBytes = 3 * 8;
+
+// A journal changes every sector of its file at most once, so no sound one is larger. What lies beside a small file
+// can therefore not take more than a small amount of memory.
+std::uint64_t largestJournal(std::uint64_t fileSize)
+{
+    return frameBytes + (fileSize / largestBlock + 1) * (blockFrameBytes + largestBlock);
+}
 
 void put(std::vector<unsigned char>& out, std::uint64_t value)
 {
@@ -40,9 +50,10 @@ struct Cursor {
     }
 };
 
+// Blocks lie in the file and ascend, so that none is changed twice.
 bool parse(const std::vector<unsigned char>& bytes, Journal& journal)
 {
-    if (bytes.size() < sizeof magic + 24 || std::memcmp(bytes.data(), magic, sizeof magic) != 0)
+    if (bytes.size() < frameBytes || std::memcmp(bytes.data(), magic, sizeof magic) != 0)
         return false;
     Cursor tail{bytes, bytes.size() - 8};
     std::uint64_t sum = 0;
@@ -52,18 +63,60 @@ bool parse(const std::vector<unsigned char>& bytes, Journal& journal)
     std::uint64_t count = 0;
     if (!cursor.take(journal.fileSize) || !cursor.take(count))
         return false;
+    std::uint64_t end = 0; // of the last block
     for (; count > 0; --count) {
         Journal::Block block;
         std::uint64_t size = 0;
-        if (!cursor.take(block.offset) || !cursor.take(size) || !cursor.take(block.oldSum) ||
-            size > bytes.size() - cursor.at)
+        if (!cursor.take(block.offset) || !cursor.take(size) || !cursor.take(block.oldSum) || size > largestBlock ||
+            size > bytes.size() - cursor.at || block.offset < end || block.offset > journal.fileSize ||
+            size > journal.fileSize - block.offset)
             return false;
+        end = block.offset + size;
         const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(cursor.at);
         block.bytes.assign(begin, begin + static_cast<std::ptrdiff_t>(size));
         cursor.at += size;
         journal.blocks.push_back(std::move(block));
     }
     return true;
+}
+
+void writeWhole(const std::string& path, const std::vector<unsigned char>& bytes)
+{
+    const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (!file)
+        throw FormatError(systemWords("open"));
+    for (std::size_t done = 0; done < bytes.size();) {
+        const ssize_t n = ::write(file.get(), bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            throw FormatError(systemWords("write"));
+        done += static_cast<std::size_t>(n);
+    }
+    if (::fsync(file.get()) != 0)
+        throw FormatError(systemWords("fsync"));
+}
+
+// Nothing unless it is a regular file of at most `largest` bytes. A pipe of the name is not waited for.
+std::vector<unsigned char> readWhole(const std::string& path, std::uint64_t largest)
+{
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status {};
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size < 0 ||
+        static_cast<std::uint64_t>(status.st_size) > largest)
+        return {};
+    std::vector<unsigned char> bytes(static_cast<std::size_t>(status.st_size));
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::read(file.get(), bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        done += static_cast<std::size_t>(n);
+    }
+    bytes.resize(done);
+    return bytes;
 }
 
 } // namespace
@@ -95,58 +148,19 @@ void Journal::store(const std::string& file) const
     put(out, checksum(out.data(), out.size()));
 
     const std::string path = pathFor(file);
-    if (out.size() > largestJournal)
-        throw FormatError(path + ": would have " + std::to_string(out.size()) + " bytes, at most " +
-                          std::to_string(largestJournal) + " can be read back");
-    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (descriptor < 0)
-        throw FormatError(path + ": " + systemWords("open"));
-    std::size_t done = 0;
-    while (done < out.size()) {
-        const ssize_t n = ::write(descriptor, out.data() + done, out.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            break;
-        done += static_cast<std::size_t>(n);
-    }
-    std::string trouble;
-    if (done < out.size())
-        trouble = systemWords("write");
-    else if (::fsync(descriptor) != 0)
-        trouble = systemWords("fsync");
-    ::close(descriptor);
-    if (!trouble.empty()) {
+    try {
+        writeWhole(path, out);
+    } catch (const FormatError& error) {
         ::unlink(path.c_str());
-        throw FormatError(path + ": " + trouble);
+        throw FormatError(path + ": " + error.what());
     }
     syncFolder(folderOf(path));
 }
 
-bool Journal::load(const std::string& file, Journal& journal)
+bool Journal::load(const std::string& file, std::uint64_t fileSize, Journal& journal)
 {
-    const int descriptor = ::open(pathFor(file).c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    struct stat status {};
-    std::vector<unsigned char> bytes;
-    if (::fstat(descriptor, &status) == 0 && status.st_size > 0 &&
-        static_cast<std::uint64_t>(status.st_size) <= largestJournal) {
-        bytes.resize(static_cast<std::size_t>(status.st_size));
-        std::size_t done = 0;
-        while (done < bytes.size()) {
-            const ssize_t n = ::read(descriptor, bytes.data() + done, bytes.size() - done);
-            if (n < 0 && errno == EINTR)
-                continue;
-            if (n <= 0)
-                break;
-            done += static_cast<std::size_t>(n);
-        }
-        bytes.resize(done);
-    }
-    ::close(descriptor);
     journal.blocks.clear();
-    return parse(bytes, journal);
+    return parse(readWhole(pathFor(file), largestJournal(fileSize)), journal);
 }
 
 void Journal::remove(const std::string& file)

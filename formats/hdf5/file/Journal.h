@@ -29,8 +29,9 @@ struct Journal {
     /// @throws FormatError
     void store(const std::string& file) const;
 
+    /// @param fileSize  of the file as it is, which bounds what a journal can hold
     /// @return false when there is none, or none that is complete
-    static bool load(const std::string& file, Journal& journal);
+    static bool load(const std::string& file, std::uint64_t fileSize, Journal& journal);
 
     static void remove(const std::string& file);
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileDescriptor.h"
+
 #include <cstdint>
 #include <string>
 
@@ -11,16 +13,13 @@ public:
     /// In the folder of the file that the bytes are for, where there must be room for them anyway.
     /// @throws FormatError
     explicit SpillFile(const std::string& folder);
-    ~SpillFile();
-    SpillFile(const SpillFile&) = delete;
-    SpillFile& operator=(const SpillFile&) = delete;
 
     /// Adds bytes at the end and gives their place.
     std::uint64_t append(const void* bytes, std::size_t size);
     void read(std::uint64_t offset, void* bytes, std::size_t size) const;
 
 private:
-    int _descriptor = -1;
+    FileDescriptor _descriptor;
     std::uint64_t _size = 0;
 };
 

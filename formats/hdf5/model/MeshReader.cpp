@@ -95,10 +95,7 @@ const MeshReader::PlainArray* MeshReader::plain(Lazy<PlainArray>& lazy, KelZoneC
                                   " rows, " + std::to_string(rows) + " expected");
             const std::string given = std::string(name) + "_given";
             if (hasLink(group.get(), given)) {
-                const auto table = ArrayReader::open(_file, group.get(), given)->readAll<std::uint64_t>();
-                for (std::size_t i = 0; i + 1 < table.size(); i += 2)
-                    if (table[i] < rows && table[i + 1] <= rows - table[i])
-                        plain->given.add(table[i], table[i] + table[i + 1]);
+                plain->given = readCoverage(_file, group.get(), given, rows);
             } else {
                 plain->given.add(0, rows);
             }
@@ -124,7 +121,7 @@ const RaggedReader* MeshReader::listsOf(Lists lists) const
 }
 
 // The small numbers themselves, or the counts of lists.
-const RunArrayReader* MeshReader::runsOf(const MeshArray& which) const
+const RunLengthArrayReader* MeshReader::runsOf(const MeshArray& which) const
 {
     if (which.kind == MeshArray::Kind::Ints)
         return open(_ints[static_cast<int>(which.ints)], infoOf(which.ints));
@@ -174,7 +171,7 @@ std::uint64_t MeshReader::read(KelArray array, std::uint64_t first, std::uint64_
         return ids(which.ids, rows, values);
     if (which.kind == MeshArray::Kind::Lists && !isOfCounts(array))
         return listIds(which.lists, rows, values);
-    const RunArrayReader* const known = runsOf(which);
+    const RunLengthArrayReader* const known = runsOf(which);
     if (known == nullptr || !known->covers(rows.first, rows.count))
         return 0;
     const std::uint64_t n = std::min(rows.count, values.capacity);
@@ -226,7 +223,7 @@ std::optional<int> MeshReader::uniformValue(KelArray array, std::uint64_t first,
 {
     const MeshArray which = meshArrayOf(array);
     const Rows rows = rowsOf(categoryOf(which), first, last);
-    const RunArrayReader* const known = runsOf(which);
+    const RunLengthArrayReader* const known = runsOf(which);
     return known == nullptr ? std::nullopt : known->uniformValue(rows.first, rows.count);
 }
 

@@ -51,7 +51,7 @@ private:
     template <class Reader>
     const Reader* open(Lazy<Reader>& lazy, const ArrayInfo& info) const;
     const RaggedReader* listsOf(Lists lists) const;
-    const RunArrayReader* runsOf(const MeshArray& which) const;
+    const RunLengthArrayReader* runsOf(const MeshArray& which) const;
 
     bool hasIds(KelArray array) const;
     void showPiece(KelArray array, std::uint64_t first, std::uint64_t last, std::vector<std::uint64_t>& ids,
@@ -67,7 +67,7 @@ private:
     ElementMap _elements[categoryCount];
     mutable Lazy<PlainArray> _coordinates;
     mutable Lazy<PlainArray> _ids[idsCount];
-    mutable Lazy<RunArrayReader> _ints[intsCount];
+    mutable Lazy<RunLengthArrayReader> _ints[intsCount];
     mutable Lazy<RaggedReader> _lists[listsCount];
 };
 

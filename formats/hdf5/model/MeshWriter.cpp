@@ -233,13 +233,13 @@ void MeshWriter::keepIds(Ids ids, std::uint64_t first, std::uint64_t last, const
     });
 }
 
-RunArrayWriter& MeshWriter::intsOf(Ints ints)
+RunLengthArrayWriter& MeshWriter::intsOf(Ints ints)
 {
     const ArrayInfo& info = infoOf(ints);
-    std::unique_ptr<RunArrayWriter>& writer = _ints[static_cast<int>(ints)];
+    std::unique_ptr<RunLengthArrayWriter>& writer = _ints[static_cast<int>(ints)];
     if (!writer)
-        writer = std::make_unique<RunArrayWriter>(_file, groupOf(info.category), info.name, Stored::I32,
-                                                  elements(info.category).rowCount(), -1, _compression);
+        writer = std::make_unique<RunLengthArrayWriter>(_file, groupOf(info.category), info.name, Stored::I32,
+                                                        elements(info.category).rowCount(), -1, _compression);
     return *writer;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "formats/hdf5/arrays/FieldArray.h"
-#include "MeshArrays.h"
 #include "formats/hdf5/arrays/RaggedArray.h"
+#include "MeshArrays.h"
 
 #include <functional>
 #include <map>
@@ -68,7 +68,7 @@ private:
     void keepCounts(Lists lists, std::uint64_t first, std::uint64_t last, const KelValues& counts);
     void keepLists(Lists lists, std::uint64_t first, std::uint64_t last, const KelValues& ids);
     const Coverage& coverageOf(const MeshArray& array) const;
-    RunArrayWriter& intsOf(Ints ints);
+    RunLengthArrayWriter& intsOf(Ints ints);
     RaggedWriter& listsOf(Lists lists);
     std::string labelOf(const ArrayInfo& info) const;
     void finishPlain(PlainArray& plain, const ArrayInfo& info, bool gapsAreAllowed);
@@ -83,7 +83,7 @@ private:
     std::optional<ElementMap> _elements[categoryCount];
     PlainArray _coordinates;
     PlainArray _ids[idsCount];
-    std::unique_ptr<RunArrayWriter> _ints[intsCount];
+    std::unique_ptr<RunLengthArrayWriter> _ints[intsCount];
     std::unique_ptr<RaggedWriter> _lists[listsCount];
     std::vector<std::pair<KelArray, std::vector<int>>> _announcements; // and their zones
     std::optional<int> _partitionCount;

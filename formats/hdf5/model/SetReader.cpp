@@ -76,9 +76,17 @@ std::unique_ptr<ArrayReader> MemberReader::array(KelPart part, const std::string
     return nullptr;
 }
 
-std::unique_ptr<ArrayReader> MemberReader::offsets(const std::string& name) const
+std::unique_ptr<ListTable> MemberReader::listTable(const std::string& name) const
 {
-    return listArray(name, "offsets");
+    const auto values = listArray(name, "values");
+    auto offsets = listArray(name, "offsets");
+    std::shared_ptr<ArrayReader> lengths = listArray(name, "lengths");
+    if (!values || !offsets || !lengths)
+        return nullptr;
+    const auto read = [lengths](std::uint64_t row, std::uint64_t count, std::uint64_t* to) {
+        lengths->read(row, count, to);
+    };
+    return std::make_unique<ListTable>(std::move(offsets), read, _members, values->shape().valueCount());
 }
 
 std::optional<std::string> MemberReader::text(const std::string& name) const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/hdf5/arrays/ArrayStore.h"
+#include "formats/hdf5/arrays/ListTable.h"
 #include "KelArrays.h"
 #include "KelTypes.h"
 
@@ -29,8 +29,8 @@ public:
     /// @return null when there is none; there is none of texts
     std::unique_ptr<ArrayReader> array(KelPart part, const std::string& name) const;
 
-    /// Where the values of each member start among those of a variable-length variable; null when there is none.
-    std::unique_ptr<ArrayReader> offsets(const std::string& name) const;
+    /// Where the values of each member lie among those of a variable-length variable; null when there is none.
+    std::unique_ptr<ListTable> listTable(const std::string& name) const;
 
     std::optional<std::string> text(const std::string& name) const;
 

@@ -64,25 +64,25 @@ hid_t MemberWriter::subgroup(const char* name)
     return group.get();
 }
 
-RowArray& MemberWriter::ids()
+CompleteArray& MemberWriter::ids()
 {
     if (!_ids)
-        _ids =
-            std::make_unique<RowArray>(_file, _group.get(), "ids", ArrayShape{Stored::U64, _members, 1}, _compression);
+        _ids = std::make_unique<CompleteArray>(_file, _group.get(), "ids", ArrayShape{Stored::U64, _members, 1},
+                                               _compression);
     return *_ids;
 }
 
-std::unique_ptr<RowArray> MemberWriter::makeValues(hid_t group, const std::string& name, KelPlainDataType type,
-                                                   std::uint64_t rows, std::uint64_t columns)
+std::unique_ptr<CompleteArray> MemberWriter::makeValues(hid_t group, const std::string& name, KelPlainDataType type,
+                                                        std::uint64_t rows, std::uint64_t columns)
 {
     const ArrayShape shape{storedTypeOfPlain(type), rows, columns};
-    auto values = std::make_unique<RowArray>(_file, group, name, shape, _compression);
+    auto values = std::make_unique<CompleteArray>(_file, group, name, shape, _compression);
     writeNumber(values->id(), "kel_type", type);
     return values;
 }
 
-std::unique_ptr<RowArray> MemberWriter::makeVariable(const std::string& name, KelPlainDataType type,
-                                                     std::uint64_t columns)
+std::unique_ptr<CompleteArray> MemberWriter::makeVariable(const std::string& name, KelPlainDataType type,
+                                                          std::uint64_t columns)
 {
     checkType(type, name);
     if (columns == 0)
@@ -95,8 +95,8 @@ MemberWriter::List MemberWriter::makeList(const std::string& name, KelPlainDataT
     checkType(lengthType, name);
     const Handle group = replaceGroup(_file, subgroup("lists"), encodeName(name));
     List list;
-    list.lengths =
-        std::make_unique<RowArray>(_file, group.get(), "lengths", ArrayShape{Stored::U64, _members, 1}, _compression);
+    list.lengths = std::make_unique<CompleteArray>(_file, group.get(), "lengths", ArrayShape{Stored::U64, _members, 1},
+                                                   _compression);
     writeNumber(list.lengths->id(), "kel_type", lengthType);
     return list;
 }
@@ -226,7 +226,7 @@ void SetWriter::setUniformLength(std::uint64_t first, std::uint64_t last, std::i
 
 void SetWriter::startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type)
 {
-    std::unique_ptr<RowArray>& variable = _variables[name];
+    std::unique_ptr<CompleteArray>& variable = _variables[name];
     if (!variable)
         variable = makeVariable(name, type, columns);
     _variable = variable.get();
@@ -284,7 +284,7 @@ void SetDataWriter::addIds(const KelValues& values)
 
 void SetDataWriter::startVariable(const std::string& name, std::uint64_t columns, KelPlainDataType type)
 {
-    std::unique_ptr<RowArray>& variable = _variables[name];
+    std::unique_ptr<CompleteArray>& variable = _variables[name];
     variable = makeVariable(name, type, columns);
     _variable = variable.get();
     _variableRows = 0;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "KelArrays.h"
-#include "formats/hdf5/arrays/RowArray.h"
+#include "formats/hdf5/arrays/CompleteArray.h"
 #include "formats/hdf5/file/SpillFile.h"
+#include "KelArrays.h"
 
 #include <map>
 #include <optional>
@@ -33,17 +33,17 @@ public:
 
 protected:
     struct List {
-        std::unique_ptr<RowArray> lengths;
+        std::unique_ptr<CompleteArray> lengths;
         std::optional<KelPlainDataType> type;
         std::unique_ptr<ArrayWriter> offsets;
-        std::unique_ptr<RowArray> values; // rows are values
+        std::unique_ptr<CompleteArray> values; // rows are values
     };
 
     hid_t subgroup(const char* name);
-    RowArray& ids();
-    std::unique_ptr<RowArray> makeValues(hid_t group, const std::string& name, KelPlainDataType type,
-                                         std::uint64_t rows, std::uint64_t columns);
-    std::unique_ptr<RowArray> makeVariable(const std::string& name, KelPlainDataType type, std::uint64_t columns);
+    CompleteArray& ids();
+    std::unique_ptr<CompleteArray> makeValues(hid_t group, const std::string& name, KelPlainDataType type,
+                                              std::uint64_t rows, std::uint64_t columns);
+    std::unique_ptr<CompleteArray> makeVariable(const std::string& name, KelPlainDataType type, std::uint64_t columns);
     List makeList(const std::string& name, KelPlainDataType lengthType);
     void openValues(List& list, const std::string& name, KelPlainDataType type);
 
@@ -52,8 +52,8 @@ protected:
     int _compression;
     std::uint64_t _members = 0;
     std::map<std::string, Handle> _subgroups;
-    std::unique_ptr<RowArray> _ids;
-    std::map<std::string, std::unique_ptr<RowArray>> _variables;
+    std::unique_ptr<CompleteArray> _ids;
+    std::map<std::string, std::unique_ptr<CompleteArray>> _variables;
     std::map<std::string, List> _lists;
 };
 
@@ -81,7 +81,7 @@ private:
     std::uint64_t offsetOf(List& list, std::uint64_t row);
 
     std::string _listName;
-    RowArray* _variable = nullptr;
+    CompleteArray* _variable = nullptr;
 };
 
 /// Set data: set_data/<name> of a phase with the attribute kel_members and what MemberWriter has. Values come in the
@@ -104,7 +104,7 @@ private:
     void spill(const KelValues& values);
 
     std::uint64_t _idCount = 0;
-    RowArray* _variable = nullptr;
+    CompleteArray* _variable = nullptr;
     std::uint64_t _variableRows = 0;
     std::string _listName; // of the open list
     bool _hasList = false;

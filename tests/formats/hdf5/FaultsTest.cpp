@@ -1,4 +1,5 @@
 // What a disk, a user and other processes can do to the files.
+#include "formats/hdf5/file/FileChannel.h"
 #include "LevelFile.h"
 
 #include <csignal>
@@ -6,6 +7,18 @@
 #include <sys/stat.h>
 
 using namespace hdf5test;
+
+namespace {
+
+/// The largest amount of memory that this process has had, in KiB.
+long residentPeak()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+} // namespace
 
 TEST(Faults, MissingThingsAreNamedAndLeaveNoFile)
 {
@@ -180,7 +193,7 @@ TEST(Faults, AReadOnlyFileIsNeitherReplacedNorAddedTo)
     EXPECT_EQ(readableLevels(path), std::vector<int>{1});
 }
 
-TEST(Faults, WritersOfOneFileExcludeEachOther)
+TEST(Faults, AFileIsWrittenOnceAtATime)
 {
     const Folder folder;
     const std::string path = folder / "w.case.kel";
@@ -189,24 +202,57 @@ TEST(Faults, WritersOfOneFileExcludeEachOther)
     ASSERT_TRUE(first.startWriting(path, KEL_CASE));
     EXPECT_FALSE(first.startWriting(path, KEL_CASE));
     EXPECT_NE(first.errors().find("is being written already"), std::string::npos);
-    Writer second;
-    EXPECT_FALSE(second.startWriting(path, KEL_CASE));
-    EXPECT_NE(second.errors().find("in use by another reader or writer"), std::string::npos);
     EXPECT_TRUE(first.endWriting(KEL_CASE)) << first.errors();
+}
 
-    Writer appender;
-    TwoCells::declare(appender);
-    appender.setAppendOn(true);
-    ASSERT_TRUE(appender.startWriting(path, KEL_CASE)) << appender.errors();
-    Reader reader;
-    EXPECT_FALSE(reader.startReading(path, KEL_CASE));
-    EXPECT_NE(reader.errors().find("is locked by a writer"), std::string::npos);
-    EXPECT_TRUE(appender.endWriting(KEL_CASE)) << appender.errors();
-    EXPECT_TRUE(reader.startReading(path, KEL_CASE)) << reader.errors();
-    EXPECT_FALSE(appender.startWriting(path, KEL_CASE)); // being read
-    EXPECT_TRUE(reader.endReading(KEL_CASE));
-    EXPECT_TRUE(appender.startWriting(path, KEL_CASE)) << appender.errors();
-    EXPECT_TRUE(appender.endWriting(KEL_CASE)) << appender.errors();
+// A journal is never larger than one of its file can be: what lies there is not taken into memory before.
+TEST(Faults, AJournalThatIsTooLargeForItsFileIsNotRead)
+{
+    const Folder folder;
+    const std::string path = folder / "j.data.kel";
+    Writer writer;
+    ASSERT_TRUE(addLevel(writer, path, 1, false)) << writer.errors();
+    writeBytes(path + ".journal", {'K', 'E', 'L', 'J', 'R', 'N', 'L', '1'});
+    std::filesystem::resize_file(path + ".journal", std::uintmax_t{3} << 30);
+    const long before = residentPeak();
+    EXPECT_EQ(readableLevels(path), std::vector<int>{1});
+    EXPECT_LT(residentPeak() - before, 64 * 1024);
+    std::filesystem::remove(path + ".journal");
+    ASSERT_EQ(::mkfifo((path + ".journal").c_str(), 0666), 0);
+    EXPECT_EQ(readableLevels(path), std::vector<int>{1}); // and nobody waits at a pipe
+}
+
+// The journal of a large file, and no memory for it.
+TEST(Faults, NothingStaysOpenWhereMemoryRunsOut)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer needs the address space";
+#endif
+    const Folder folder;
+    const std::string path = folder / "m.data.kel";
+    writeBytes(path, {});
+    writeBytes(path + ".journal", {});
+    std::filesystem::resize_file(path, std::uintmax_t{8} << 30);
+    std::filesystem::resize_file(path + ".journal", std::uintmax_t{4} << 30);
+    EXPECT_TRUE(inChild([&] {
+        const auto descriptors = [] {
+            return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                                 std::filesystem::directory_iterator());
+        };
+        const rlimit size{rlim_t{2} << 30, rlim_t{2} << 30};
+        ::setrlimit(RLIMIT_AS, &size);
+        const auto before = descriptors();
+        for (const auto mode : {meridyn::hdf5::FileChannel::Mode::Read, meridyn::hdf5::FileChannel::Mode::Append}) {
+            try {
+                const meridyn::hdf5::FileChannel channel(path, mode, {});
+                return 1;
+            } catch (const std::bad_alloc&) {
+                if (descriptors() != before)
+                    return 2;
+            }
+        }
+        return 0;
+    }));
 }
 
 // The file may grow to n bytes and no further, for many n: what cannot be finished leaves nothing behind.

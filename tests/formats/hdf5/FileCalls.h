@@ -45,4 +45,7 @@ struct Call {
 void record(std::vector<Call>& log);
 void stopRecording();
 
+/// From now on flock fails with an error, as on a file system without locks; 0: it works again.
+void refuseLocks(int error);
+
 } // namespace fileCalls

@@ -1,6 +1,6 @@
 // Arrays as other programs lay them out when they copy a file: they read as before.
-#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "FileEdit.h"
+#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "Sample.h"
 
 using namespace hdf5test;
@@ -145,6 +145,7 @@ TEST(Layouts, HugeRowsAreReadInPieces)
         edit.remove(sampleMesh + "/faces/child_counts");
         edit.numbers(sampleMesh + "/faces", "child_counts", {0});
         edit.array(sampleMesh + "/faces/child_offsets", H5T_NATIVE_ULLONG, {1, values}, nullptr, creation);
+        edit.array(sampleMesh + "/faces/child_ids", H5T_NATIVE_ULLONG, {0}, nullptr);
         H5Pclose(creation);
     }
     Reader reader;

@@ -52,6 +52,11 @@ unsigned64 allChildFaces(Reader& reader, unsigned64* ids)
     return reader.getChildFaceIdsForFacesInRange(1, 11, ids, 64);
 }
 
+unsigned64 someChildFaces(Reader& reader, unsigned64* ids) // those that have any
+{
+    return reader.getChildFaceIdsForFacesInRange(4, 6, ids, 64);
+}
+
 unsigned64 allCell0s(Reader& reader, unsigned64* ids)
 {
     return reader.getCell0sForFacesInRange(1, 11, ids, 64);
@@ -62,6 +67,16 @@ void changeZone(FileEdit& file, std::size_t row, std::size_t column, long long v
     std::vector<long long> cells = file.table(sampleMesh + "/zones");
     cells[row * 14 + column] = value;
     file.array(sampleMesh + "/zones", H5T_NATIVE_LLONG, {cells.size() / 14, 14}, cells.data());
+}
+
+void changeNumber(FileEdit& file, const std::string& path, std::size_t index, long long value,
+                  std::vector<hsize_t> extent = {})
+{
+    std::vector<long long> numbers = file.table(path);
+    numbers.at(index) = value;
+    if (extent.empty())
+        extent = {numbers.size()};
+    file.array(path, H5T_NATIVE_LLONG, extent, numbers.data());
 }
 
 struct Damaged {
@@ -103,11 +118,18 @@ const Damaged damages[] = {
     {"SingleValueForAnArray", "d.case.kel", [](FileEdit& f) { f.array(sampleMesh + "/faces/cell0", H5T_NATIVE_INT, {}, few); }, asksMesh(allCell0s), "M/faces/cell0 has 0 dimensions, 1 or 2 expected"},
     {"ArrayWithoutBytes", "d.case.kel", [](FileEdit& f) { f.array(sampleMesh + "/faces/cell0", H5T_NATIVE_INT, {11}, nullptr); }, asksMesh(allCell0s), "M/faces/cell0 has 44 bytes, which are not in a file of "},
     {"ArrayWithoutColumns", "d.case.kel", [](FileEdit& f) { f.array(sampleMesh + "/faces/cell0", H5T_NATIVE_INT, {11, 0}, nullptr); }, asksMesh(allCell0s), "M/faces/cell0 has an extent of 11 times 0"},
-    {"FewerIdsThanCounts", "d.case.kel", [](FileEdit& f) { f.array(sampleMesh + "/faces/node_ids", H5T_NATIVE_INT, {3}, few); }, asksMesh(allFaceNodes), "M/faces/node_ids has 3 ids, those of the rows from 0 go from 0 to 44"},
+    {"FewerIdsThanCounts", "d.case.kel", [](FileEdit& f) { f.array(sampleMesh + "/faces/node_ids", H5T_NATIVE_INT, {3}, few); }, asksMesh(allFaceNodes), "M/faces/node_ids has 3 ids, 4 for each of 11 rows expected"},
     {"NoOffsets", "d.case.kel", [](FileEdit& f) { f.remove(sampleMesh + "/faces/child_offsets"); }, asksMesh(allChildFaces), "M/faces/child_offsets is missing"},
     {"CountBelowZeroForAll", "d.case.kel", [](FileEdit& f) { f.numbers(sampleMesh + "/faces", "node_counts", {-4}); }, asksMesh(allFaceNodes), "M/faces/node_offsets is missing"},
-    {"FewOffsets", "d.case.kel", [](FileEdit& f) { f.array(sampleMesh + "/faces/child_offsets", H5T_NATIVE_ULLONG, {3}, wide); }, asksMesh(allChildFaces), "M/faces/child_offsets has 3 values, 12 expected"},
+    {"FewOffsets", "d.case.kel", [](FileEdit& f) { f.array(sampleMesh + "/faces/child_offsets", H5T_NATIVE_ULLONG, {3}, wide); }, asksMesh(allChildFaces), "M/faces/child_offsets has 3 values, one more than the 11 rows expected"},
     {"FewCounts", "d.case.kel", [](FileEdit& f) { f.array(sampleMesh + "/faces/child_counts", H5T_NATIVE_INT, {3}, few); }, asksMesh(allChildFaces), "M/faces/child_counts has 3 values, 11 expected"},
+    {"OffsetOfAnotherRow", "d.case.kel", [](FileEdit& f) { changeNumber(f, sampleMesh + "/faces/child_offsets", 4, 1); }, asksMesh(someChildFaces), "M/faces/child_offsets lets row 3 go from 0 to 1 of 3 values, but its length is 2"},
+    {"OffsetBeyondTheNext", "d.case.kel", [](FileEdit& f) { changeNumber(f, sampleMesh + "/faces/child_offsets", 4, 3); }, asksMesh(someChildFaces), "M/faces/child_offsets lets row 3 go from 0 to 3 of 3 values, but its length is 2"},
+    {"FirstOffset", "d.case.kel", [](FileEdit& f) { changeNumber(f, sampleMesh + "/faces/child_offsets", 0, 1); }, asksMesh(someChildFaces), "M/faces/child_offsets goes from 1 to 3, 0 to 3 expected"},
+    {"LastOffset", "d.case.kel", [](FileEdit& f) { changeNumber(f, sampleMesh + "/faces/child_offsets", 11, 2); }, asksMesh(someChildFaces), "M/faces/child_offsets goes from 0 to 2, 0 to 3 expected"},
+    {"CountOfAnotherLength", "d.case.kel", [](FileEdit& f) { changeNumber(f, sampleMesh + "/faces/child_counts", 5, 2); }, asksMesh(someChildFaces), "M/faces/child_offsets lets row 5 go from 2 to 3 of 3 values, but its length is 2"},
+    {"GivenRowsBeyondTheMesh", "d.case.kel", [](FileEdit& f) { changeNumber(f, sampleMesh + "/faces/child_counts_given", 1, 9, {1, 2}); }, asksMesh(someChildFaces), "M/faces/child_counts_given has 9 rows from row 3 on, ascending stretches of 11 rows expected"},
+    {"NoGivenRows", "d.case.kel", [](FileEdit& f) { changeNumber(f, sampleMesh + "/faces/shadow_face_given", 1, 0, {1, 2}); }, asksMesh([](Reader& r, unsigned64* ids) { return r.getShadowFaceIdsForFacesInRange(2, 3, ids, 64); }), "M/faces/shadow_face_given has 0 rows from row 1 on, ascending stretches of 11 rows expected"},
     {"FaceBeyondTheMesh", "d.case.kel", [](FileEdit&) {}, asksMesh([](Reader& r, unsigned64* ids) { return r.getCell0sForFacesInRange(11, 12, ids, 64); }), "M: faces 11 to 12 are not in the mesh, which has 11, the last with id 11"},
     {"NoLocationModel", "d.case.kel", [](FileEdit& f) { f.array("/locations", H5T_NATIVE_UCHAR, {3}, "<x>"); }, asksMesh([](Reader& r, unsigned64*) { std::vector<int> parts; r.getLocationModel()->getParts(parts); return parts.size(); }), "/locations is no state of a location model"},
     {"LogOfATebibyte", "d.case.kel", [](FileEdit& f) { const hid_t creation = H5Pcreate(H5P_DATASET_CREATE); const hsize_t chunk = 1024; H5Pset_chunk(creation, 1, &chunk); f.array("/log", H5T_NATIVE_UCHAR, {1ULL << 40}, nullptr, creation); H5Pclose(creation); }, asksMesh([](Reader& r, unsigned64*) { std::vector<std::pair<std::string, std::string>> log; r.getLog(KEL_CASE, log); return log.size(); }), "/log has 1099511627776 bytes, which are not in a file of "},
@@ -120,6 +142,7 @@ const Damaged damages[] = {
     {"FieldWithoutRanges", "d.data.kel", [](FileEdit& f) { f.array(phase + "/cells/pressure", H5T_NATIVE_INT, {3}, few); }, asksData([](Reader& r) { std::vector<int> zones; return r.startReadingZonesOfCategoryWithPhaseVariable(KEL_CELL_ZONE, "pressure", zones) == 0; }), "M/levels/20/phases/gas/cells/pressure has 3 rows, 0 expected after its ranges"},
     {"ListWithoutType", "d.data.kel", [](FileEdit& f) { f.removeAttribute(phase + "/set_data/injection/lists/path/values", "kel_type"); }, asksData([](Reader& r) { unsigned64 members = 0; EXPECT_TRUE(r.startReadingSetData("injection", members)); return r.getDataTypeOfDataForSetData("path") == -1; }), "M/levels/20/phases/gas/set_data/injection/lists/path/values@kel_type is missing or not from 0 to 9"},
     {"ListOfATebibyte", "d.data.kel", [](FileEdit& f) { const hid_t creation = H5Pcreate(H5P_DATASET_CREATE); const hsize_t chunk = 1024; H5Pset_chunk(creation, 1, &chunk); f.array(phase + "/set_data/injection/lists/path/values", H5T_NATIVE_UCHAR, {1ULL << 40}, nullptr, creation); H5Pclose(creation); }, asksData([](Reader& r) { unsigned64 members = 0; std::vector<int> values; EXPECT_TRUE(r.startReadingSetData("injection", members)); return !r.getDataOfVariableLengthVarForSetData("path", values); }), "M/levels/20/phases/gas/set_data/injection/lists/path/values has 1099511627776 bytes, which are not in a file of "},
+    {"ListOfAnotherLength", "d.data.kel", [](FileEdit& f) { changeNumber(f, phase + "/set_data/injection/lists/path/offsets", 1, 0); }, asksData([](Reader& r) { unsigned64 members = 0; std::vector<int> values; EXPECT_TRUE(r.startReadingSetData("injection", members)); return !r.getDataOfVariableLengthVarForSetData("path", values); }), "M/levels/20/phases/gas/set_data/injection/lists/path/offsets lets row 0 go from 0 to 0 of 3 values, but its length is 1"},
     {"TrackOfNoType", "d.data.kel", [](FileEdit& f) { f.numbers(phase + "/tracks/mesh_4_target_0_partition_-1/group/0/position", "kel_type", {10}); }, asksData([](Reader& r) { const short gas = r.getPhasesWithParticleTracks(4, KEL_DEFAULT_TARGET, -1).at(0); r.startReadingParticleTracks(gas, 4, KEL_DEFAULT_TARGET, -1); r.startReadingParticleTrackGroup("group"); r.startReadingChunkInParticleTrackGroup(0); return r.getDataTypeOfParticleTrackVariable("position") == -1; }), "M/levels/20/phases/gas/tracks/mesh_4_target_0_partition_-1/group/0/position@kel_type is missing or not from 0 to 9"},
 };
 // clang-format on

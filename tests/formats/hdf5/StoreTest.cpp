@@ -3,10 +3,10 @@
 #include "formats/hdf5/arrays/ChunkCodec.h"
 #include "formats/hdf5/arrays/Coverage.h"
 #include "formats/hdf5/arrays/ElementMap.h"
+#include "formats/hdf5/arrays/RunLengthArray.h"
 #include "formats/hdf5/file/FormatError.h"
 #include "formats/hdf5/file/Hdf5File.h"
 #include "Hdf5TestSupport.h"
-#include "formats/hdf5/arrays/RunArray.h"
 
 #include <gmock/gmock.h>
 #include <numeric>
@@ -152,16 +152,53 @@ TEST(Arrays, ConversionKeepsToTheLimits)
     EXPECT_EQ(wide[1], 0u);
 }
 
-TEST(RunArray, UniformStretchesAndGapsComeBack)
+// Runs save looking at the values, so they are held against them before they are believed.
+TEST(RunLengthArray, RunsThatTheValuesContradictAreRefused)
+{
+    const struct {
+        std::vector<std::int64_t> runs;
+        const char* words; ///< of the error; null: none
+    } rows[] = {
+        {{0, 4, 7}, nullptr},
+        {{0, 5, 7}, "/a holds 1 in row 4, but /a_runs says 7"},
+        {{0, 4, 8}, "/a holds 7 in row 0, but /a_runs says 8"},
+        {{3, 4, 7}, nullptr}, // is not asked for
+        {{0, 0, 7}, "/a_runs has 0 rows from row 0 on, stretches of 6 rows expected"},
+        {{4, 3, 7}, "/a_runs has 3 rows from row 4 on, stretches of 6 rows expected"},
+        {{-1, 3, 7}, "/a_runs has 3 rows from row -1 on, stretches of 6 rows expected"},
+    };
+    for (const auto& row : rows) {
+        const Folder folder;
+        {
+            const auto file = Hdf5File::create(folder / "r.h5");
+            writeArray(*file, file->id(), "a", std::vector<int>{7, 7, 7, 7, 1, 2});
+            writeArray(*file, file->id(), "a_runs", row.runs, 3);
+            file->commit();
+        }
+        const auto file = Hdf5File::openForReading(folder / "r.h5");
+        std::string error;
+        try {
+            const auto reader = RunLengthArrayReader::open(*file, file->id(), "a", 6);
+            const std::optional<int> expected = row.runs[0] == 0 ? std::optional<int>(7) : std::nullopt;
+            EXPECT_EQ(reader->uniformValue(0, 4), expected);
+            EXPECT_EQ(reader->uniformValue(0, 4), expected); // again
+        } catch (const FormatError& found) {
+            error = found.what();
+        }
+        EXPECT_EQ(error, row.words == nullptr ? "" : row.words);
+    }
+}
+
+TEST(RunLengthArray, UniformStretchesAndGapsComeBack)
 {
     const Folder folder;
     const auto file = Hdf5File::create(folder / "r.h5");
-    RunArrayWriter one(*file, file->id(), "one", Stored::I16, 100, 0, 0);
+    RunLengthArrayWriter one(*file, file->id(), "one", Stored::I16, 100, 0, 0);
     one.setUniform(50, 50, 4);
     const std::vector<short> fours(50, 4);
     one.set(0, 50, fours.data());
     one.finish({{0, 100}});
-    RunArrayWriter mixed(*file, file->id(), "mixed", Stored::I16, 100, -1, 0);
+    RunLengthArrayWriter mixed(*file, file->id(), "mixed", Stored::I16, 100, -1, 0);
     const short different[] = {1, 2, 3, 3, 3};
     mixed.setUniform(0, 20, 7);
     mixed.set(18, 5, different);
@@ -170,7 +207,7 @@ TEST(RunArray, UniformStretchesAndGapsComeBack)
     mixed.finish({{0, 18}, {18, 23}, {20, 23}, {40, 50}, {45, 55}});
     // more runs than are kept in memory
     const std::uint64_t many = 100000;
-    RunArrayWriter alternating(*file, file->id(), "alternating", Stored::I32, many, 0, 0);
+    RunLengthArrayWriter alternating(*file, file->id(), "alternating", Stored::I32, many, 0, 0);
     for (std::uint64_t row = 0; row < many; ++row) {
         const int value = row % 2 == 0 ? 1 : 200000;
         alternating.set(row, 1, &value);
@@ -180,9 +217,9 @@ TEST(RunArray, UniformStretchesAndGapsComeBack)
 
     const auto reading = Hdf5File::openForReading(folder / "r.h5");
     EXPECT_FALSE(hasLink(reading->id(), "one")); // one number, no array
-    const auto oneBack = RunArrayReader::open(*reading, reading->id(), "one", 100);
+    const auto oneBack = RunLengthArrayReader::open(*reading, reading->id(), "one", 100);
     EXPECT_EQ(oneBack->uniformValue(3, 97), 4);
-    const auto back = RunArrayReader::open(*reading, reading->id(), "mixed", 100);
+    const auto back = RunLengthArrayReader::open(*reading, reading->id(), "mixed", 100);
     std::vector<int> values(100);
     back->read(0, 100, values.data());
     std::vector<int> expected(100, -1);
@@ -196,10 +233,10 @@ TEST(RunArray, UniformStretchesAndGapsComeBack)
     EXPECT_EQ(back->uniformValue(18, 5), std::nullopt);
     EXPECT_TRUE(back->covers(18, 5));
     EXPECT_FALSE(back->covers(22, 2));
-    const auto alternatingBack = RunArrayReader::open(*reading, reading->id(), "alternating", many);
+    const auto alternatingBack = RunLengthArrayReader::open(*reading, reading->id(), "alternating", many);
     std::vector<int> all(many);
     alternatingBack->read(0, many, all.data());
     EXPECT_EQ(all[1], 200000);
     EXPECT_EQ(all[many - 2], 1);
-    EXPECT_EQ(RunArrayReader::open(*reading, reading->id(), "none", 100), nullptr);
+    EXPECT_EQ(RunLengthArrayReader::open(*reading, reading->id(), "none", 100), nullptr);
 }

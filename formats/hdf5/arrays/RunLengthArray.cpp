@@ -1,4 +1,4 @@
-#include "RunArray.h"
+#include "RunLengthArray.h"
 
 #include "formats/hdf5/file/Attributes.h"
 #include "formats/hdf5/file/FormatError.h"
@@ -17,8 +17,8 @@ constexpr std::uint64_t blockRows = 32 * 1024; // looked at in one piece
 
 } // namespace
 
-RunArrayWriter::RunArrayWriter(Hdf5File& file, hid_t group, std::string name, Stored type, std::uint64_t rows,
-                               int missing, int compression)
+RunLengthArrayWriter::RunLengthArrayWriter(Hdf5File& file, hid_t group, std::string name, Stored type,
+                                           std::uint64_t rows, int missing, int compression)
     : _file(file),
       _group(group),
       _name(std::move(name)),
@@ -27,16 +27,17 @@ RunArrayWriter::RunArrayWriter(Hdf5File& file, hid_t group, std::string name, St
       _compression(compression)
 {}
 
-RunArrayWriter::~RunArrayWriter() = default;
+RunLengthArrayWriter::~RunLengthArrayWriter() = default;
 
-ArrayWriter& RunArrayWriter::array()
+ArrayWriter& RunLengthArrayWriter::array()
 {
     if (!_array)
         _array = ArrayWriter::create(_file, _group, "", _shape, _compression);
     return *_array;
 }
 
-void RunArrayWriter::split(std::uint64_t row)
+// Afterwards no run crosses `row`: one that did has become two with the same value.
+void RunLengthArrayWriter::split(std::uint64_t row)
 {
     auto next = _runs.upper_bound(row);
     if (next == _runs.begin())
@@ -48,7 +49,9 @@ void RunArrayWriter::split(std::uint64_t row)
     before->second.end = row;
 }
 
-void RunArrayWriter::assign(std::uint64_t begin, std::uint64_t end, std::optional<int> value)
+// Invariant of _runs: they ascend, do not overlap, and two that touch have different values. So a new run is cut out of
+// what lies there, whole runs in between go, and the neighbours are swallowed where they have the same value.
+void RunLengthArrayWriter::assign(std::uint64_t begin, std::uint64_t end, std::optional<int> value)
 {
     if (begin >= end)
         return;
@@ -71,14 +74,14 @@ void RunArrayWriter::assign(std::uint64_t begin, std::uint64_t end, std::optiona
         storeShortRuns();
 }
 
-void RunArrayWriter::setUniform(std::uint64_t row, std::uint64_t count, int value)
+void RunLengthArrayWriter::setUniform(std::uint64_t row, std::uint64_t count, int value)
 {
     assign(row, row + count, value);
     _coverage.add(row, row + count);
 }
 
 template <class T>
-void RunArrayWriter::set(std::uint64_t row, std::uint64_t count, const T* values)
+void RunLengthArrayWriter::set(std::uint64_t row, std::uint64_t count, const T* values)
 {
     if (count == 0)
         return;
@@ -91,14 +94,16 @@ void RunArrayWriter::set(std::uint64_t row, std::uint64_t count, const T* values
     _coverage.add(row, row + count);
 }
 
-void RunArrayWriter::storeRun(std::uint64_t begin, std::uint64_t end, int value)
+void RunLengthArrayWriter::storeRun(std::uint64_t begin, std::uint64_t end, int value)
 {
     const std::vector<int> values(std::min(blockRows, end - begin), value);
     for (; begin < end; begin += values.size())
         array().write(begin, std::min<std::uint64_t>(values.size(), end - begin), sourceOf(values.data(), _shape.type));
 }
 
-void RunArrayWriter::storeShortRuns()
+// Bounds the memory: when values change often, only long runs stay in memory, and short ones become values of the
+// array. Runs that touch and are now both in the array become one, so the invariant of assign() holds again.
+void RunLengthArrayWriter::storeShortRuns()
 {
     const Runs runs = std::exchange(_runs, {});
     for (const auto& [begin, run] : runs) {
@@ -113,7 +118,7 @@ void RunArrayWriter::storeShortRuns()
     }
 }
 
-std::optional<int> RunArrayWriter::uniformValue(std::uint64_t row, std::uint64_t count) const
+std::optional<int> RunLengthArrayWriter::uniformValue(std::uint64_t row, std::uint64_t count) const
 {
     const auto next = _runs.upper_bound(row);
     if (next == _runs.begin())
@@ -122,7 +127,8 @@ std::optional<int> RunArrayWriter::uniformValue(std::uint64_t row, std::uint64_t
     return run.end >= row + count && row >= begin ? run.value : std::nullopt;
 }
 
-void RunArrayWriter::read(std::uint64_t row, std::uint64_t count, int* values)
+// Pieces of rows come from the run that they lie in, or from the array; between runs nothing was written.
+void RunLengthArrayWriter::read(std::uint64_t row, std::uint64_t count, int* values)
 {
     std::fill(values, values + count, _missing);
     const std::uint64_t end = row + count;
@@ -142,7 +148,9 @@ void RunArrayWriter::read(std::uint64_t row, std::uint64_t count, int* values)
     }
 }
 
-std::optional<int> RunArrayWriter::commonValue(std::uint64_t begin, std::uint64_t end)
+// What a zone was given may have become many runs or values of the array, all of them equal: the runs alone do not
+// tell, so the values are looked at.
+std::optional<int> RunLengthArrayWriter::commonValue(std::uint64_t begin, std::uint64_t end)
 {
     if (begin >= end || !_coverage.covers(begin, end))
         return std::nullopt;
@@ -162,7 +170,10 @@ std::optional<int> RunArrayWriter::commonValue(std::uint64_t begin, std::uint64_
     return common;
 }
 
-void RunArrayWriter::finish(const std::vector<Coverage::Interval>& zones)
+// One number when all rows have one value. Else the array must hold all values in the end, also those that so far are
+// runs in memory, and those of rows that nobody gave: what is not written in a file without compression is whatever
+// the disk had there.
+void RunLengthArrayWriter::finish(const std::vector<Coverage::Interval>& zones)
 {
     if (_coverage.isEmpty())
         return;
@@ -187,7 +198,7 @@ void RunArrayWriter::finish(const std::vector<Coverage::Interval>& zones)
     array().link(_group, _name);
 }
 
-void RunArrayWriter::writeRunTable(const std::vector<Coverage::Interval>& zones)
+void RunLengthArrayWriter::writeRunTable(const std::vector<Coverage::Interval>& zones)
 {
     std::vector<std::int64_t> table;
     for (const auto& [begin, end] : zones) {
@@ -204,10 +215,10 @@ void RunArrayWriter::writeRunTable(const std::vector<Coverage::Interval>& zones)
         writeArray(_file, _group, _name + "_runs", table, 3);
 }
 
-std::unique_ptr<RunArrayReader> RunArrayReader::open(Hdf5File& file, hid_t group, const std::string& name,
-                                                     std::uint64_t rows)
+std::unique_ptr<RunLengthArrayReader> RunLengthArrayReader::open(Hdf5File& file, hid_t group, const std::string& name,
+                                                                 std::uint64_t rows)
 {
-    auto reader = std::make_unique<RunArrayReader>();
+    auto reader = std::make_unique<RunLengthArrayReader>();
     reader->_rows = rows;
     if (const auto value = readNumber(group, name)) {
         reader->_runs[0] = {rows, static_cast<int>(*value)};
@@ -220,36 +231,70 @@ std::unique_ptr<RunArrayReader> RunArrayReader::open(Hdf5File& file, hid_t group
     if (reader->_array->shape().valueCount() != rows)
         throw FormatError(arrayLabel(group, name) + " has " + std::to_string(reader->_array->shape().valueCount()) +
                           " values, " + std::to_string(rows) + " expected");
-    const auto inside = [rows](std::uint64_t first, std::uint64_t count) {
-        return first <= rows && count <= rows - first;
-    };
-    if (hasLink(group, name + "_given")) {
-        const auto table = ArrayReader::open(file, group, name + "_given")->readAll<std::uint64_t>();
-        for (std::size_t i = 0; i + 1 < table.size(); i += 2)
-            if (inside(table[i], table[i + 1]))
-                reader->_coverage.add(table[i], table[i] + table[i + 1]);
-    } else {
-        reader->_coverage.add(0, rows);
-    }
-    if (hasLink(group, name + "_runs")) {
-        const auto table = ArrayReader::open(file, group, name + "_runs")->readAll<std::uint64_t>();
-        for (std::size_t i = 0; i + 2 < table.size(); i += 3)
-            if (inside(table[i], table[i + 1]))
-                reader->_runs[table[i]] = {table[i] + table[i + 1], static_cast<int>(table[i + 2])};
-    }
+    reader->readGiven(file, group, name);
+    reader->readRuns(file, group, name);
     return reader;
 }
 
-std::optional<int> RunArrayReader::uniformValue(std::uint64_t row, std::uint64_t count) const
+// Stretches of rows, ascending and apart from each other, as they were written; anything else is damage.
+void RunLengthArrayReader::readGiven(Hdf5File& file, hid_t group, const std::string& name)
+{
+    if (!hasLink(group, name + "_given")) {
+        _coverage.add(0, _rows);
+        return;
+    }
+    _coverage = readCoverage(file, group, name + "_given", _rows);
+}
+
+void RunLengthArrayReader::readRuns(Hdf5File& file, hid_t group, const std::string& name)
+{
+    if (!hasLink(group, name + "_runs"))
+        return;
+    const auto array = ArrayReader::open(file, group, name + "_runs");
+    const auto table = array->readAll<std::int64_t>();
+    for (std::size_t i = 0; i + 2 < table.size(); i += 3) { // in any order: those of zones, which may overlap
+        const auto first = static_cast<std::uint64_t>(table[i]);
+        const auto count = static_cast<std::uint64_t>(table[i + 1]);
+        if (first > _rows || count == 0 || count > _rows - first)
+            throw FormatError(array->label() + " has " + std::to_string(table[i + 1]) + " rows from row " +
+                              std::to_string(table[i]) + " on, stretches of " + std::to_string(_rows) +
+                              " rows expected");
+        _runs[first] = {first + count, static_cast<int>(table[i + 2])};
+    }
+}
+
+std::optional<int> RunLengthArrayReader::uniformValue(std::uint64_t row, std::uint64_t count) const
 {
     const auto next = _runs.upper_bound(row);
     if (next == _runs.begin() || count == 0)
         return std::nullopt;
-    const auto& run = std::prev(next)->second;
-    return run.end >= row + count ? std::optional<int>(run.value) : std::nullopt;
+    const auto& [begin, run] = *std::prev(next);
+    if (run.end < row + count)
+        return std::nullopt;
+    if (_array && !run.isChecked)
+        checkRun(begin, run);
+    return run.value;
 }
 
-void RunArrayReader::read(std::uint64_t row, std::uint64_t count, const KelBuffer& values) const
+// The table of runs only saves looking at the values, so they must be what it says. Looked at once for each run that
+// somebody asks for.
+void RunLengthArrayReader::checkRun(std::uint64_t begin, const Run& run) const
+{
+    std::vector<int> values(std::min(blockRows, run.end - begin));
+    for (std::uint64_t row = begin; row < run.end; row += values.size()) {
+        const std::uint64_t n = std::min<std::uint64_t>(values.size(), run.end - row);
+        read(row, n, values.data());
+        const auto end = values.begin() + static_cast<std::ptrdiff_t>(n);
+        const auto odd = std::find_if(values.begin(), end, [&run](int value) { return value != run.value; });
+        if (odd != end)
+            throw FormatError(_array->label() + " holds " + std::to_string(*odd) + " in row " +
+                              std::to_string(row + static_cast<std::uint64_t>(odd - values.begin())) + ", but " +
+                              _array->label() + "_runs says " + std::to_string(run.value));
+    }
+    run.isChecked = true;
+}
+
+void RunLengthArrayReader::read(std::uint64_t row, std::uint64_t count, const KelBuffer& values) const
 {
     if (_array)
         _array->read(row, count, values);
@@ -258,7 +303,7 @@ void RunArrayReader::read(std::uint64_t row, std::uint64_t count, const KelBuffe
             [&]<class T>(T* first) { std::fill(first, first + count, static_cast<T>(_runs.begin()->second.value)); });
 }
 
-#define KEL_INSTANTIATE(T) template void RunArrayWriter::set<T>(std::uint64_t, std::uint64_t, const T*);
+#define KEL_INSTANTIATE(T) template void RunLengthArrayWriter::set<T>(std::uint64_t, std::uint64_t, const T*);
 KEL_INSTANTIATE(short)
 KEL_INSTANTIATE(int)
 #undef KEL_INSTANTIATE

@@ -14,12 +14,12 @@ namespace meridyn::hdf5 {
 /// In the group: an attribute <name> when all rows have one value, else the array <name>, the table <name>_runs of the
 /// zones that have one value (first row, number of rows, value) and, if rows are missing, the table <name>_given of
 /// those that are there (first row, number of rows).
-class RunArrayWriter {
+class RunLengthArrayWriter {
 public:
     /// @param missing  value of rows that are never written
-    RunArrayWriter(Hdf5File& file, hid_t group, std::string name, Stored type, std::uint64_t rows, int missing,
-                   int compression);
-    ~RunArrayWriter();
+    RunLengthArrayWriter(Hdf5File& file, hid_t group, std::string name, Stored type, std::uint64_t rows, int missing,
+                         int compression);
+    ~RunLengthArrayWriter();
 
     void setUniform(std::uint64_t row, std::uint64_t count, int value);
     template <class T>
@@ -62,18 +62,20 @@ private:
     std::unique_ptr<ArrayWriter> _array;
 };
 
-/// The same being read.
-class RunArrayReader {
+/// A small integer per element, as RunLengthArrayWriter wrote it, being read: any range of rows.
+class RunLengthArrayReader {
 public:
     /// @return null when there is no such array
-    static std::unique_ptr<RunArrayReader> open(Hdf5File& file, hid_t group, const std::string& name,
-                                                std::uint64_t rows);
+    static std::unique_ptr<RunLengthArrayReader> open(Hdf5File& file, hid_t group, const std::string& name,
+                                                      std::uint64_t rows);
 
     std::uint64_t rows() const { return _rows; }
     bool covers(std::uint64_t row, std::uint64_t count) const
     {
         return count > 0 && _coverage.covers(row, row + count);
     }
+    /// The one value of rows that share one, as far as the file has noted it.
+    /// @throws FormatError when the values are not what it has noted
     std::optional<int> uniformValue(std::uint64_t row, std::uint64_t count) const;
 
     /// Values of rows, into room for at least as many.
@@ -89,7 +91,12 @@ private:
     struct Run {
         std::uint64_t end;
         int value;
+        mutable bool isChecked = false; // held against the values of the array
     };
+
+    void readGiven(Hdf5File& file, hid_t group, const std::string& name);
+    void readRuns(Hdf5File& file, hid_t group, const std::string& name);
+    void checkRun(std::uint64_t begin, const Run& run) const;
 
     std::uint64_t _rows = 0;
     Coverage _coverage;

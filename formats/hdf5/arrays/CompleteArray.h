@@ -6,9 +6,9 @@
 namespace meridyn::hdf5 {
 
 /// An array that is written row range by row range and must be complete at the end.
-class RowArray {
+class CompleteArray {
 public:
-    RowArray(Hdf5File& file, hid_t group, const std::string& name, const ArrayShape& shape, int compression);
+    CompleteArray(Hdf5File& file, hid_t group, const std::string& name, const ArrayShape& shape, int compression);
 
     hid_t id() const { return _array->id(); }
     const ArrayShape& shape() const { return _array->shape(); }

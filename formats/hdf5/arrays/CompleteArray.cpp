@@ -1,14 +1,15 @@
-#include "RowArray.h"
+#include "CompleteArray.h"
 
 #include "formats/hdf5/file/FormatError.h"
 
 namespace meridyn::hdf5 {
 
-RowArray::RowArray(Hdf5File& file, hid_t group, const std::string& name, const ArrayShape& shape, int compression)
+CompleteArray::CompleteArray(Hdf5File& file, hid_t group, const std::string& name, const ArrayShape& shape,
+                             int compression)
     : _array(ArrayWriter::create(file, group, name, shape, compression))
 {}
 
-void RowArray::write(std::uint64_t row, std::uint64_t rows, const KelValues& values)
+void CompleteArray::write(std::uint64_t row, std::uint64_t rows, const KelValues& values)
 {
     if (row > shape().rows || rows > shape().rows - row)
         throw FormatError(_array->label() + " has " + std::to_string(shape().rows) + " rows, the positions " +
@@ -20,7 +21,7 @@ void RowArray::write(std::uint64_t row, std::uint64_t rows, const KelValues& val
     _coverage.add(row, row + rows);
 }
 
-void RowArray::finish()
+void CompleteArray::finish()
 {
     const auto gaps = _coverage.gaps(0, shape().rows);
     if (!gaps.empty())

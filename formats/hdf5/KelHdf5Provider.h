@@ -27,6 +27,9 @@ namespace meridyn {
 ///           elements that fit are given.
 /// Faults    everything else that goes wrong (a damaged file, an element that is not in the mesh) is posted as a
 ///           KelError that names the file; the operation then gives what it gives for an absent array.
+/// Others    a reader keeps no lock between calls, and serves the file as it was opened while others add to it;
+///           new time levels are seen by startReading again. That its file was replaced or removed is a KelWarning. See
+///           setLockTimeout, and docs/file-format.md.
 /// Settings  getSettingsKeys lists the group "settings".
 /// Threads   one thread at a time per object.
 class KEL_API KelHdf5Provider : public KelFormatProvider {

@@ -23,10 +23,10 @@ void CompleteArray::write(std::uint64_t row, std::uint64_t rows, const KelValues
 
 void CompleteArray::finish()
 {
-    const auto gaps = _coverage.gaps(0, shape().rows);
-    if (!gaps.empty())
+    const auto missing = gaps();
+    if (!missing.empty())
         throw FormatError(_array->label() + " lacks the values of the positions " +
-                          std::to_string(gaps.front().first + 1) + " to " + std::to_string(gaps.front().second));
+                          std::to_string(missing.front().first + 1) + " to " + std::to_string(missing.front().second));
     _array->finish();
 }
 

@@ -5,7 +5,8 @@
 
 namespace meridyn::hdf5 {
 
-/// An array that is written row range by row range and must be complete at the end.
+/// An array that is written row range by row range, in any order, and knows which rows it has: at the end all of them
+/// must be there.
 class CompleteArray {
 public:
     CompleteArray(Hdf5File& file, hid_t group, const std::string& name, const ArrayShape& shape, int compression);
@@ -17,6 +18,9 @@ public:
 
     /// @throws FormatError unless the values make the rows
     void write(std::uint64_t row, std::uint64_t rows, const KelValues& values);
+
+    /// Rows that were not written yet.
+    std::vector<Coverage::Interval> gaps() const { return _coverage.gaps(0, shape().rows); }
 
     /// All rows were written to the array itself.
     void markAll() { _coverage.add(0, shape().rows); }

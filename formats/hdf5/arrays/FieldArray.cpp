@@ -54,7 +54,7 @@ void FieldWriter::addElements(std::uint64_t first, std::uint64_t last)
 void FieldWriter::open(Part& part, std::size_t index, Stored type)
 {
     const ArrayShape shape{type, part.elements.rowCount(), _columns};
-    part.array = ArrayWriter::create(_file, _group.get(), partName(_name, index), shape, _compression);
+    part.array = std::make_unique<CompleteArray>(_file, _group.get(), partName(_name, index), shape, _compression);
     std::vector<std::int64_t> ranges;
     for (const std::uint64_t id : part.elements.toTable())
         ranges.push_back(static_cast<std::int64_t>(id));
@@ -69,9 +69,7 @@ void FieldWriter::writePiece(Part& part, std::uint64_t first, std::uint64_t last
     if (!part.array)
         open(part, static_cast<std::size_t>(&part - _parts.data()), *_type);
     part.elements.forEachPiece(first, last, [&](std::uint64_t row, std::uint64_t count, std::uint64_t position) {
-        part.array->write(row * _columns, count * _columns,
-                          sourceOf(partOf(values, position * _columns, count * _columns), part.array->shape().type));
-        part.coverage.add(row, row + count);
+        part.array->write(row, count, partOf(values, position * _columns, count * _columns));
     });
 }
 
@@ -107,11 +105,17 @@ void FieldWriter::write(std::uint64_t first, std::uint64_t last, const KelValues
         }
 }
 
+std::vector<Coverage::Interval> FieldWriter::gapsOf(const Part& part)
+{
+    return part.array ? part.array->gaps() : Coverage().gaps(0, part.elements.rowCount());
+}
+
+// What is missing is named by its element ids, which the array does not know.
 void FieldWriter::finish()
 {
     for (std::size_t i = 0; i < _parts.size(); ++i) {
         Part& part = _parts[i];
-        const auto gaps = part.coverage.gaps(0, part.elements.rowCount());
+        const auto gaps = gapsOf(part);
         if (!gaps.empty())
             throw FormatError(arrayLabel(_group.get(), partName(_name, i)) + " lacks the values of the elements " +
                               std::to_string(part.elements.idOf(gaps.front().first)) + " to " +

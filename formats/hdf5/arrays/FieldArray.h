@@ -1,7 +1,6 @@
 #pragma once
 
-#include "ArrayStore.h"
-#include "Coverage.h"
+#include "CompleteArray.h"
 #include "ElementMap.h"
 
 #include <optional>
@@ -43,11 +42,11 @@ private:
     struct Part {
         std::vector<std::int64_t> zones;
         ElementMap elements;
-        Coverage coverage;
-        std::unique_ptr<ArrayWriter> array;
+        std::unique_ptr<CompleteArray> array; // made with its first values
     };
 
     void open(Part& part, std::size_t index, Stored type);
+    static std::vector<Coverage::Interval> gapsOf(const Part& part);
     void writePiece(Part& part, std::uint64_t first, std::uint64_t last, const KelValues& values);
 
     Hdf5File& _file;

@@ -74,6 +74,11 @@ public:
 
     std::uint64_t size() const;
 
+    /// The end of the file may not go below this: 0, or for an appended file, as soon as keepEnd was called, the end
+    /// that it had. Otherwise the next append would write over what lay at the old end, which somebody may still read.
+    std::uint64_t lowestEnd() const { return _keepsEnd ? _oldSize : 0; }
+    void keepEnd() { _keepsEnd = true; }
+
     /// Makes the file longer, or shorter as far as it is new; errors as in writeOrPostpone.
     void resize(std::uint64_t size);
 
@@ -115,6 +120,7 @@ private:
     FileDescriptor _descriptor;
     std::unique_ptr<ContentLock> _opening; // of a reader, until all is opened
     bool _isDiscarding = false;
+    bool _keepsEnd = false;
     bool _isTailCut = false; // what was behind the frozen bytes when an appended file was opened is gone
     bool _isDecided = false; // the journal is complete: the change is made, if not by us
     std::string _postponedError;

@@ -79,7 +79,7 @@ haddr_t endOfAllocation(const H5FD_t* file, H5FD_mem_t)
 
 herr_t setEndOfAllocation(H5FD_t* file, H5FD_mem_t, haddr_t end)
 {
-    fileOf(file).end = end;
+    fileOf(file).end = std::max<haddr_t>(end, fileOf(file).channel->lowestEnd());
     return 0;
 }
 

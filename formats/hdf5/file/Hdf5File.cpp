@@ -102,6 +102,7 @@ std::unique_ptr<Hdf5File> Hdf5File::openForAppending(const std::string& path, co
     file->_isOpen = true;
     const Handle access = accessThrough(file->_channel);
     file->_file = checkedId(H5Fopen(path.c_str(), H5F_ACC_RDWR, access.get()), "cannot be opened as HDF5 file");
+    file->_channel->keepEnd();
     return file;
 }
 
@@ -125,9 +126,9 @@ void Hdf5File::closeForGood() noexcept
     _removed.clear();
     if (_file)
         H5Fclose(_file.release());
-    _channel->close();
-    if (!_temporaryPath.empty())
+    if (!_temporaryPath.empty()) // with the lock still in hand: the next file of the name is another writer's
         ::unlink(_temporaryPath.c_str());
+    _channel->close();
 }
 
 // At most once a millisecond: readers of single elements come here with each of them.

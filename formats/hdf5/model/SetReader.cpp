@@ -62,12 +62,13 @@ std::unique_ptr<ArrayReader> MemberReader::array(KelPart part, const std::string
 {
     switch (part) {
     case KelPart::Ids:
-        return ArrayReader::find(_file, _group, "ids");
+        return ofMembers(ArrayReader::find(_file, _group, "ids"));
     case KelPart::Lists:
         return listArray(name, "values");
     case KelPart::Lengths:
-        return listArray(name, "lengths");
+        return ofMembers(listArray(name, "lengths"));
     case KelPart::Variables:
+        return ofMembers(ArrayReader::find(_file, groupOf(part), encodeName(name)));
     case KelPart::Others:
         return ArrayReader::find(_file, groupOf(part), encodeName(name));
     case KelPart::Texts:
@@ -76,13 +77,25 @@ std::unique_ptr<ArrayReader> MemberReader::array(KelPart part, const std::string
     return nullptr;
 }
 
+// The number of members stands in each array once more.
+std::unique_ptr<ArrayReader> MemberReader::ofMembers(std::unique_ptr<ArrayReader> array) const
+{
+    if (array && array->shape().rows != _members)
+        throw FormatError(array->label() + " has " + std::to_string(array->shape().rows) + " rows, the " +
+                          std::to_string(_members) + " members expected");
+    return array;
+}
+
 std::unique_ptr<ListTable> MemberReader::listTable(const std::string& name) const
 {
     const auto values = listArray(name, "values");
     auto offsets = listArray(name, "offsets");
     std::shared_ptr<ArrayReader> lengths = listArray(name, "lengths");
-    if (!values || !offsets || !lengths)
+    if (!values && !offsets && !lengths)
         return nullptr;
+    if (!values || !offsets || !lengths)
+        throw FormatError(pathOf(_group.get()) + "/lists/" + encodeName(name) +
+                          " lacks its values, offsets or lengths");
     const auto read = [lengths](std::uint64_t row, std::uint64_t count, std::uint64_t* to) {
         lengths->read(row, count, to);
     };

@@ -36,6 +36,7 @@ public:
 
 private:
     Handle groupOf(KelPart part) const;
+    std::unique_ptr<ArrayReader> ofMembers(std::unique_ptr<ArrayReader> array) const; ///< unless it has others
     std::unique_ptr<ArrayReader> listArray(const std::string& name, const char* what) const;
 
     Hdf5File& _file;

@@ -168,6 +168,31 @@ TEST_P(OpenReaders, ServeWhatTheyHadOpened)
     EXPECT_EQ(valuesAt(reader, 39), valuesOf(39));
 }
 
+// The last levels of a file are dropped and others are written: not where a reader still looks.
+TEST_P(OpenReaders, KeepLevelsThatAreDropped)
+{
+    const Folder folder;
+    const std::string path = folder / "d.data.kel";
+    for (const int level : {1, 2, 3})
+        ASSERT_TRUE(add(path, level, GetParam()));
+    Reader reader;
+    ASSERT_TRUE(reader.startReading(path, KEL_DATA)) << reader.errors();
+    for (int round = 0; round < 2; ++round) {
+        Writer writer;
+        TwoCells::declare(writer);
+        writer.setAppendOn(true);
+        ASSERT_TRUE(writer.startWriting(path, KEL_DATA)) << writer.errors();
+        ASSERT_TRUE(writer.dropTimeLevelsFrom(2));
+        ASSERT_TRUE(writer.endWriting(KEL_DATA)) << writer.errors();
+        for (const int level : {7, 8, 9, 10, 11})
+            ASSERT_TRUE(add(path, level, GetParam()));
+    }
+    for (const int level : {1, 2, 3})
+        EXPECT_EQ(valuesAt(reader, level), valuesOf(level));
+    EXPECT_EQ(reader.errors(), "");
+    EXPECT_EQ(readableLevels(path), (std::vector<int>{1, 7, 8, 9, 10, 11}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Locks, OpenReaders, ::testing::Values(0, 1));
 
 // What was not read at opening is read later only from an unchanged file.

@@ -317,7 +317,7 @@ protected:
 
     /// Adds a time level; a negative or known one is ignored.
     void addTimeLevel(int timeLevel) const;
-    /// Chooses a known time level, or the largest one for the smallest int. False, and no change, when it is unknown.
+    /// Chooses a known time level, or the largest one for KEL_LATEST_TIME_LEVEL. False, and no change, when it is unknown.
     bool setTimeLevel(int timeLevel) const;
 
     /// @name Active phase

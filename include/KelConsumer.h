@@ -593,9 +593,14 @@ public:
 
     // ---- not virtual ----------------------------------------------------------------------------------------------
 
-    /// What follows belongs to this time level, which is added to the known ones if it is new. The smallest int means the
-    /// largest known level, or 2147483647 when none is known. A level that cannot be selected (another negative one) is
-    /// reported on standard error.
+    /// What follows belongs to this time level, which is added to the known ones if it is new. KEL_LATEST_TIME_LEVEL means
+    /// the largest known level, or 2147483647 when none is known. A level that cannot be selected (another negative one) is
+    /// reported on standard error, and what follows then belongs to the level from before; two lines tell:
+    ///
+    /// @code
+    /// writer.startWritingTimeLevel(level);
+    /// if (writer.getTimeLevel() != level) ... // not selected
+    /// @endcode
     void startWritingTimeLevel(int level) const;
 
     /// End of startWritingTimeLevel. Does nothing.

@@ -577,8 +577,13 @@ public:
 
     // ---- not virtual ----------------------------------------------------------------------------------------------
 
-    /// What follows concerns this time level: the smallest int means the largest known one. An unknown level changes nothing,
-    /// silently.
+    /// What follows concerns this time level; KEL_LATEST_TIME_LEVEL means the largest known one. An unknown level changes
+    /// nothing, silently, and what is read is then of the level from before; two lines tell:
+    ///
+    /// @code
+    /// reader.startReadingTimeLevel(level);
+    /// if (reader.getTimeLevel() != level) ... // the file has no such level
+    /// @endcode
     void startReadingTimeLevel(int level) const;
 
     /// @name Id of a variable: by phase name, in the active phase, by phase id

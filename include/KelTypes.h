@@ -11,6 +11,10 @@ using unsigned64 = std::uint64_t;
 /// types of sets and particle tracks are ten overloads everywhere.
 using signed64 = long long;
 
+/// In the place of the number of a time level: the largest level known so far. A reader without levels stays where it
+/// is; a writer without levels makes level 2147483647, so a writer names its first level itself.
+constexpr int KEL_LATEST_TIME_LEVEL = -2147483647 - 1;
+
 // The numbers of all enumerations are part of the interface: formats and callers exchange them as ints.
 // A value outside the list is answered as each operation says; -1 stands for "none" or "unknown".
 

@@ -6,6 +6,7 @@
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelSolutionModel.h"
+#include "KelTimes.h"
 #include "RangeFilling.h"
 
 #include <array>
@@ -38,7 +39,10 @@ bool KelGeneratedProvider::openData(KelDataClass dataClass, const std::string& f
     BoxDescription description;
     std::string problem;
     if (!BoxDescription::parse(fileName, description, problem)) {
-        getMessageRegistrar()->registerMessage(KelError("generated mesh '" + fileName + "': " + problem, "openData"));
+        const std::string whole = "'" + fileName + "': "; // where the word at fault is all there is, once is enough
+        if (problem.compare(0, whole.size(), whole) == 0)
+            problem.erase(0, whole.size());
+        getMessageRegistrar()->registerMessage(KelError(fileName + ": " + problem, "openData"));
         return false;
     }
     _mesh = std::make_unique<BoxMesh>(description);
@@ -290,6 +294,40 @@ std::optional<signed64> KelGeneratedProvider::uniformValue(KelArray array, unsig
 int KelGeneratedProvider::getPartitionCountOfCells() const
 {
     return isOpen(KEL_CASE) ? _mesh->description().partitions : 0;
+}
+
+// ---- times --------------------------------------------------------------------------------------------------------
+
+/// A single level is a steady solution, which has no time.
+bool KelGeneratedProvider::hasTimes(KelDataClass dataClass) const
+{
+    return dataClass == KEL_DATA && isOpen(KEL_DATA) && _mesh->description().levels > 1;
+}
+
+void KelGeneratedProvider::getSettingsGroups(KelDataClass dataClass, std::vector<std::string>& groups) const
+{
+    groups.clear();
+    if (hasTimes(dataClass))
+        groups.emplace_back(KelTimes::group);
+}
+
+void KelGeneratedProvider::getSettingsKeysOfGroup(KelDataClass dataClass, const std::string& group,
+                                                  std::vector<std::string>& keys) const
+{
+    keys.clear();
+    if (hasTimes(dataClass) && group == KelTimes::group)
+        for (const int level : getTimeLevels())
+            keys.push_back(std::to_string(level));
+}
+
+void KelGeneratedProvider::getSettingString(KelDataClass dataClass, const std::string& key, std::string& text,
+                                            const std::string& group) const
+{
+    if (!hasTimes(dataClass) || group != KelTimes::group)
+        return;
+    for (const int level : getTimeLevels())
+        if (key == std::to_string(level))
+            text = KelTimes::text(level / 10.0);
 }
 
 // ---- solution -----------------------------------------------------------------------------------------------------

@@ -23,7 +23,7 @@ class BoxMesh;
 ///     partitions:<n>        partition ids for the cells, as slabs along x
 ///     phases:<n>            phases "phase-1" to "phase-<n>" (default 1)
 ///     fields:<n>            variables "field-1" to "field-<n>" of each phase, on the cells (default 0)
-///     levels:<n>            time levels 1 to n (default 1)
+///     levels:<n>            time levels 1 to n (default 1); from two on, level n lies at n/10 seconds
 ///
 /// The same line always gives the same numbers. Elements are computed on demand, one by one: memory does not grow with
 /// the mesh, and any range costs what it holds. The mesh id is 1, the target the default one. Up to 2^44 blocks.
@@ -46,6 +46,15 @@ public:
     bool isReadingData() const override;
     int getPartitionCountOfCells() const override;
 
+    /// @name Settings: the times of several levels, in the data; see KelTimes
+    /// @{
+    void getSettingsGroups(KelDataClass dataClass, std::vector<std::string>& groups) const override;
+    void getSettingsKeysOfGroup(KelDataClass dataClass, const std::string& group,
+                                std::vector<std::string>& keys) const override;
+    void getSettingString(KelDataClass dataClass, const std::string& key, std::string& text,
+                          const std::string& group) const override;
+    /// @}
+
     using KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable;
     /// Variables live on the cells, one value each.
     unsigned64 startReadingZonesOfCategoryWithPhaseVariable(KelZoneCategory category, const std::string& variableName,
@@ -66,6 +75,7 @@ private:
     void declareAdjacency();
     void declareLocations();
     bool isOpen(KelDataClass dataClass) const;
+    bool hasTimes(KelDataClass dataClass) const;
     bool has(KelArray array, unsigned64 first, unsigned64 last) const;
     double fieldValue(unsigned64 cellId) const;
 

@@ -3,7 +3,6 @@
 #include "KelSolutionModel.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace meridyn {
 
@@ -20,7 +19,7 @@ void KelBase::addTimeLevel(int timeLevel) const
 bool KelBase::setTimeLevel(int timeLevel) const
 {
     const std::vector<int>& levels = _data->timeLevels;
-    const bool latest = timeLevel == std::numeric_limits<int>::min();
+    const bool latest = timeLevel == KEL_LATEST_TIME_LEVEL;
     const auto found =
         latest ? std::max_element(levels.begin(), levels.end()) : std::find(levels.begin(), levels.end(), timeLevel);
     if (found == levels.end()) {

@@ -68,7 +68,7 @@ void KelConsumer::setLocalElemIdsInZone(int, const unsigned64*, unsigned64)
 
 void KelConsumer::startWritingTimeLevel(int level) const
 {
-    if (level == std::numeric_limits<int>::min()) {
+    if (level == KEL_LATEST_TIME_LEVEL) {
         const std::vector<int>& known = getTimeLevels();
         level = known.empty() ? std::numeric_limits<int>::max() : *std::max_element(known.begin(), known.end());
     }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <fstream>
 #include <iostream>
-#include <limits>
 
 namespace meridyn {
 
@@ -194,9 +193,8 @@ std::vector<int> KelProvider::availablePartitionIds() const
 
 void KelProvider::startReadingTimeLevel(int level) const
 {
-    constexpr int latest = std::numeric_limits<int>::min(); // KelBase makes the largest known level of it
     const std::vector<int>& known = getTimeLevels();
-    if (level == latest ? !known.empty() : level >= 0 && contains(known, level)) {
+    if (level == KEL_LATEST_TIME_LEVEL ? !known.empty() : level >= 0 && contains(known, level)) {
         setTimeLevel(level);
     }
 }

@@ -8,6 +8,7 @@ namespace meridyn {
 namespace {
 
 constexpr int smallest = std::numeric_limits<int>::min();
+static_assert(KEL_LATEST_TIME_LEVEL == smallest);
 
 // ---- time levels
 

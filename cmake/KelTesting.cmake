@@ -41,6 +41,7 @@ function(kel_add_test folder)
     target_compile_definitions(${target} PRIVATE
         KEL_TEST_DIR="${CMAKE_CURRENT_SOURCE_DIR}" KEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ${arg_DEFINITIONS})
     gtest_discover_tests(${target} TEST_PREFIX "${folder}." DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+    set_property(GLOBAL APPEND PROPERTY KEL_TEST_PROGRAMS ${target})
 endfunction()
 
 # kel_add_judged_test(<name> JUDGES ... COMMAND ...)

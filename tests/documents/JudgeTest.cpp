@@ -20,15 +20,14 @@ TEST(Judge, IsAskedWhereItIsInstalled)
     EXPECT_TRUE(isAsked);
 }
 
-class MissingJudge : public ::testing::TestWithParam<const char*> {
+class MissingJudge : public ::testing::TestWithParam<std::string> {
 protected:
-    void SetUp() override { setenv("KEL_REQUIRE_JUDGES", GetParam(), 1); }
+    void SetUp() override { setenv("KEL_REQUIRE_JUDGES", GetParam().c_str(), 1); }
 };
 
 TEST_P(MissingJudge, SkipsOrFailsTheTest)
 {
-    const std::string value = GetParam();
-    const bool isRequired = value == "1" || value == "yes";
+    const bool isRequired = GetParam() == "1" || GetParam() == "yes";
     EXPECT_EQ(areJudgesRequired(), isRequired);
     EXPECT_FALSE(isInstalled("no-such-judge"));
     ::testing::TestPartResultArray outcome;
@@ -45,7 +44,7 @@ TEST_P(MissingJudge, SkipsOrFailsTheTest)
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, MissingJudge, ::testing::Values("", "0", "1", "yes"),
-                         [](const auto& row) { return std::string("Value") + (*row.param ? row.param : "Empty"); });
+                         [](const auto& row) { return "Value" + (row.param.empty() ? "Empty" : row.param); });
 
 } // namespace
 } // namespace meridyn

@@ -32,7 +32,7 @@ std::string copied(KelProvider& source, const std::string& name,
 
 // ---- everything arrives
 
-class Lines : public ::testing::TestWithParam<const char*> {};
+class Lines : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(Lines, ArriveUnchanged)
 {

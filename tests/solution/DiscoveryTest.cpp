@@ -235,6 +235,11 @@ struct RouteCase {
     std::string seen;   // attribute "Seen" of the key "p"
 };
 
+void PrintTo(const RouteCase& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
 // Marks: s own, d direct, g to generic, c generic to common, t to the target, G generic to target.
 const char own[] = "X>X:s";
 const char direct[] = "X>Y:d";

@@ -86,7 +86,7 @@ struct Mesh {
     std::vector<Face> faces;
 };
 
-class Topology : public ::testing::TestWithParam<const char*> {
+class Topology : public ::testing::TestWithParam<std::string> {
 protected:
     Mesh mesh{GetParam()};
 };

@@ -7,7 +7,7 @@
 namespace meridyn {
 namespace {
 
-class MemoryTransfer : public MemoryFiles, public ::testing::WithParamInterface<const char*> {};
+class MemoryTransfer : public MemoryFiles, public ::testing::WithParamInterface<std::string> {};
 
 TEST_P(MemoryTransfer, LosesNothingAndPrintsNothing)
 {

@@ -12,7 +12,7 @@ using namespace meridyn;
 
 namespace {
 
-class PolyMeshTransfer : public ::testing::TestWithParam<const char*> {};
+class PolyMeshTransfer : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(PolyMeshTransfer, LosesNothing)
 {

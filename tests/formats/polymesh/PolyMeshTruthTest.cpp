@@ -14,7 +14,7 @@ using nlohmann::json;
 
 namespace {
 
-const char* const cases[] = {"bubble-column",    "cavity-ascii", "cavity-ascii-gz", "cavity-binary",
+const std::string cases[] = {"bubble-column",    "cavity-ascii", "cavity-ascii-gz", "cavity-binary",
                              "cavity-binary-gz", "dambreak",     "duct-poly",       "duct-tetra",
                              "mixed-cells",      "mixer-zones",  "pipe-cyclic",     "sphere-snappy"};
 
@@ -51,7 +51,7 @@ std::vector<double> numbers(const json& value)
     return value.is_array() ? value.get<std::vector<double>>() : std::vector<double>{value.get<double>()};
 }
 
-class Truth : public ::testing::TestWithParam<const char*> {
+class Truth : public ::testing::TestWithParam<std::string> {
 protected:
     void SetUp() override
     {

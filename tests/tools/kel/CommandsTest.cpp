@@ -26,7 +26,7 @@ static std::string contentOf(const char* path)
 
 // ---- help ---------------------------------------------------------------------------------------------------------
 
-class Help : public ::testing::TestWithParam<const char*> {};
+class Help : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(Help, ShowsOptionsAndExamples)
 {

@@ -31,7 +31,7 @@ FOLDERS = {
     "src/core": ("include", "src/text", "src/solution", "platform/arbor"),
     "src/io": ("include", "src/text"),
     "formats/common": ("include",),
-    "formats/registry": ("include",),
+    "formats/registry": ("include", "formats/common"),
     "formats/tree": ("include", "formats/common"),
     "formats/memory": (*FORMAT, "formats/tree"),
     "formats/generated": FORMAT,

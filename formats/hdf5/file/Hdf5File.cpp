@@ -5,7 +5,6 @@
 #include "FileChannel.h"
 #include "FileDriver.h"
 #include "FormatError.h"
-#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "Journal.h"
 #include "OutputTarget.h"
 

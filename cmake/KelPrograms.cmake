@@ -18,7 +18,7 @@ function(kel_add_example name)
     if(KEL_BUILD_TESTS)
         add_test(NAME example.${name}
             COMMAND ${KEL_PYTHON} ${PROJECT_SOURCE_DIR}/tests/support/run_program.py
-                    --output ${CMAKE_CURRENT_SOURCE_DIR}/${name}/expected.txt
+                    --output ${CMAKE_CURRENT_SOURCE_DIR}/${name}/expected.txt --check $<TARGET_FILE:kel>
                     -- $<TARGET_FILE:${target}> ${arg_ARGUMENTS})
         set_tests_properties(example.${name} PROPERTIES TIMEOUT 300)
     endif()

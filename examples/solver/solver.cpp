@@ -5,6 +5,7 @@
 #include "bar.h"
 
 #include "KelAttributes.h"
+#include "KelTimes.h"
 
 #include <algorithm>
 #include <iostream>
@@ -19,7 +20,8 @@ const std::string dataFile = "bar.data.kel";
 const double stepSize = 0.25; // seconds
 
 struct State {
-    int level = 0; // number of the last step
+    int level = 0;        // number of the last step
+    double seconds = 0.0; // its physical time
     std::vector<double> temperature = std::vector<double>(cellCount, 300.0);
 };
 
@@ -54,6 +56,8 @@ bool restart(State& state)
     if (reader.getValuesOfPhaseVariableForElementsInZone(cellZone, values, cellCount) != cellCount)
         return false;
     state.level = last;
+    if (!KelTimes::get(reader, last, state.seconds))
+        return false;
     return reader.endReading(KEL_DATA) && reader.endReading(KEL_CASE);
 }
 
@@ -67,6 +71,7 @@ bool writeLevel(KelHdf5Consumer& writer, const State& state)
     std::vector<int> zones = {cellZone};
     writer.startWritingPhaseVariableInZonesOfCategory(KEL_CELL_ZONE, "temperature", zones, 1);
     writer.setValuesOfPhaseVariableForElementsInZone(cellZone, state.temperature.data(), cellCount);
+    KelTimes::set(writer, state.level, state.seconds);
     return writer.endWriting(KEL_DATA) || report(writer);
 }
 
@@ -79,6 +84,7 @@ void step(State& state)
         state.temperature[cell] = old[cell] + 0.25 * (left - 2.0 * old[cell] + right);
     }
     ++state.level;
+    state.seconds += stepSize;
 }
 
 /// Computes and writes steps, beginning behind what the files have.
@@ -91,7 +97,7 @@ bool run(int steps)
     if (exists(dataFile)) {
         if (!restart(state))
             return false;
-        std::cout << "goes on from level " << state.level << '\n';
+        std::cout << "goes on from level " << state.level << ", " << state.seconds << " s\n";
     } else if (!writeBar(writer, caseFile)) {
         return report(writer);
     }
@@ -104,7 +110,7 @@ bool run(int steps)
         step(state);
         if (!writeLevel(writer, state))
             return false;
-        std::cout << "level " << state.level << ", " << state.level * stepSize << " s: " << state.temperature.front()
+        std::cout << "level " << state.level << ", " << state.seconds << " s: " << state.temperature.front()
                   << " K at the left, " << state.temperature.back() << " K at the right\n";
     }
     return true;

@@ -233,6 +233,53 @@ TEST(Solution, ValuesWithoutALevelComeBack)
     EXPECT_EQ(firstPressure(reader, 0), 4);
 }
 
+TEST(Solution, EmptyAttributesComeBack)
+{
+    const Folder folder;
+    Writer writer;
+    short phase = 0;
+    int variable = 0;
+    writer.addPhaseName("gas", phase);
+    writer.addPhaseVariable(phase, "p", variable);
+    writer.solutionModel()->addAttributeOfPhase(phase, "Note", "");
+    writer.solutionModel()->addAttributeOfVariable(variable, "Units", "");
+    ASSERT_TRUE(writer.startWriting(folder / "e.data.kel", KEL_DATA));
+    ASSERT_TRUE(writer.endWriting(KEL_DATA)) << writer.errors();
+    Reader reader;
+    ASSERT_TRUE(reader.startReading(folder / "e.data.kel", KEL_DATA)) << reader.errors();
+    std::string text = "x";
+    EXPECT_TRUE(reader.solutionModel()->getAttributeOfPhase(phase, "Note", text));
+    EXPECT_EQ(text, "");
+    text = "x";
+    EXPECT_TRUE(reader.solutionModel()->getAttributeOfVariable(variable, "Units", text));
+    EXPECT_EQ(text, "");
+}
+
+TEST(Solution, ValuesWithoutALevelStayBesideTheLevels)
+{
+    const Folder folder;
+    Writer writer;
+    TwoCells::declare(writer);
+    ASSERT_TRUE(writer.startWriting(folder / "n.data.kel", KEL_DATA));
+    writer.startWritingSet("of none", KEL_CELL_ZONE);
+    writer.setSizesAndMinMaxIdsForSet({}, {}, {});
+    writer.endWritingSet();
+    ASSERT_TRUE(writeLevel(writer, 3, 30));
+    ASSERT_TRUE(writer.endWriting(KEL_DATA)) << writer.errors();
+    Reader reader;
+    ASSERT_TRUE(reader.startReading(folder / "n.data.kel", KEL_DATA)) << reader.errors();
+    EXPECT_TRUE(reader.hasDataAtNoLevel());
+    std::vector<std::string> names;
+    EXPECT_FALSE(reader.getSetNames(KEL_DATA, names));
+    EXPECT_EQ(firstPressure(reader, 3), 30);
+    reader.chooseNoLevel(true);
+    EXPECT_TRUE(reader.getSetNames(KEL_DATA, names));
+    EXPECT_EQ(names, std::vector<std::string>{"of none"});
+    EXPECT_EQ(firstPressure(reader, 3), -1) << "the pressure has a level";
+    reader.chooseNoLevel(false);
+    EXPECT_EQ(firstPressure(reader, 3), 30);
+}
+
 TEST(Append, LevelAfterLevelStaysReadable)
 {
     const Folder folder;

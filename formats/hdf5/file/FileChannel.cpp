@@ -230,6 +230,22 @@ void FileChannel::readDescription(std::uint64_t offset, void* buffer, std::size_
     }
 }
 
+bool FileChannel::isKept(std::uint64_t offset, std::size_t size) const
+{
+    for (std::uint64_t page = offset / pageSize * pageSize; page < offset + size; page += pageSize)
+        if (!_descriptions.contains(page))
+            return false;
+    return true;
+}
+
+void FileChannel::readValues(std::uint64_t offset, void* buffer, std::size_t size)
+{
+    if (_opening || (_mode == Mode::Read && isKept(offset, size)))
+        readDescription(offset, buffer, size);
+    else
+        readPadded(offset, buffer, size);
+}
+
 // Every commit changes the first page: the end of the file stands in it. A killed writer's change that another one has
 // finished meanwhile is no change to what is seen here.
 std::vector<unsigned char> FileChannel::readUnlessChanged(std::uint64_t page)

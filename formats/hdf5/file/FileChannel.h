@@ -56,6 +56,10 @@ public:
     /// @throws FormatError also when they are gone because the file was changed since it was opened
     void readDescription(std::uint64_t offset, void* buffer, std::size_t size);
 
+    /// Values, for HDF5, as readPadded. Those that it reads while a file is opened are of large attributes, which an
+    /// append replaces as it does descriptions: so they are kept as well.
+    void readValues(std::uint64_t offset, void* buffer, std::size_t size);
+
     /// Whether the descriptions that are kept have not yet reached the size that they may have.
     bool hasRoomForDescriptions() const;
 
@@ -111,6 +115,7 @@ private:
     void writeFile(std::uint64_t offset, const void* buffer, std::size_t size);
     void applyHeld();
     std::vector<unsigned char> firstPage() const;
+    bool isKept(std::uint64_t offset, std::size_t size) const;
     std::vector<unsigned char> readUnlessChanged(std::uint64_t page);
     void checkStillOurs() const;
 

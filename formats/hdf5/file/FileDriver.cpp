@@ -96,7 +96,7 @@ herr_t readFile(H5FD_t* file, H5FD_mem_t type, hid_t, haddr_t address, size_t si
         if (address > largestAddress || size > largestAddress - address || address + size > fileOf(file).end)
             throw FormatError("reading outside the file, at byte " + std::to_string(address));
         if (type == H5FD_MEM_DRAW)
-            fileOf(file).channel->readPadded(address, buffer, size);
+            fileOf(file).channel->readValues(address, buffer, size);
         else
             fileOf(file).channel->readDescription(address, buffer, size);
     });

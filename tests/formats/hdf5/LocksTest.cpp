@@ -168,6 +168,33 @@ TEST_P(OpenReaders, ServeWhatTheyHadOpened)
     EXPECT_EQ(valuesAt(reader, 39), valuesOf(39));
 }
 
+// A text that is too long for a description of its object lies among the values.
+TEST(Locks, AnOpenReaderHasTheLongTextsThatItHadOpened)
+{
+    const Folder folder;
+    const std::string path = folder / "t.data.kel";
+    ASSERT_TRUE(add(path, 1));
+    const auto put = [&path](char letter) {
+        Writer writer;
+        TwoCells::declare(writer);
+        writer.setAppendOn(true);
+        EXPECT_TRUE(writer.startWriting(path, KEL_DATA)) << writer.errors();
+        writer.writeSettingStrings({{"long", std::string(200000, letter)}}, KEL_DATA, "group");
+        EXPECT_TRUE(writer.endWriting(KEL_DATA)) << writer.errors();
+    };
+    put('a');
+    Reader reader;
+    ASSERT_TRUE(reader.startReading(path, KEL_DATA)) << reader.errors();
+    for (int level = 2; level < 6; ++level) {
+        put(static_cast<char>('a' + level));
+        ASSERT_TRUE(add(path, level));
+    }
+    std::string text;
+    reader.getSettingString(KEL_DATA, "long", text, "group");
+    EXPECT_TRUE(text == std::string(200000, 'a')) << text.substr(0, 20);
+    EXPECT_EQ(reader.errors(), "");
+}
+
 // The last levels of a file are dropped and others are written: not where a reader still looks.
 TEST_P(OpenReaders, KeepLevelsThatAreDropped)
 {

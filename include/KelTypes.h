@@ -124,15 +124,19 @@ enum KelEdgeZoneType : int {
 };
 
 /// Shape of a cell. -1 is the answer for a cell whose type could not be read.
+///
+/// The type fixes the order of the cell's nodes, counted from 0 here. A volume has its base first, in the order in
+/// which its normal, by the right-hand rule, points into the cell. The nodes of a two-dimensional cell go round it
+/// counterclockwise. docs/mesh.md shows each type in a picture.
 enum KelCellType : int {
-    KEL_CELL_POLYHEDRON = 0,   ///< any other volume
-    KEL_CELL_TETRAHEDRON = 1,  ///< 4 nodes, 4 faces
-    KEL_CELL_PYRAMID = 2,      ///< 5 nodes, 5 faces
-    KEL_CELL_PRISM = 3,        ///< 6 nodes, 5 faces
-    KEL_CELL_HEXAHEDRON = 4,   ///< 8 nodes, 6 faces
-    KEL_CELL_POLYGON = 5,      ///< 5 to 7: cells of a two-dimensional mesh
-    KEL_CELL_TRIANGLE = 6,     ///< 3 nodes, 3 faces
-    KEL_CELL_QUADRILATERAL = 7 ///< 4 nodes, 4 faces
+    KEL_CELL_POLYHEDRON = 0,   ///< any other volume; its nodes, where it has any, come in any order, each once
+    KEL_CELL_TETRAHEDRON = 1,  ///< 4 nodes, 4 faces: base 0 1 2, apex 3
+    KEL_CELL_PYRAMID = 2,      ///< 5 nodes, 5 faces: base 0 1 2 3, apex 4
+    KEL_CELL_PRISM = 3,        ///< 6 nodes, 5 faces: base 0 1 2, opposite to them 3 4 5
+    KEL_CELL_HEXAHEDRON = 4,   ///< 8 nodes, 6 faces: base 0 1 2 3, opposite to them 4 5 6 7
+    KEL_CELL_POLYGON = 5,      ///< 5 to 7: cells of a two-dimensional mesh; its nodes go round it
+    KEL_CELL_TRIANGLE = 6,     ///< 3 nodes, 3 faces: 0 1 2 go round it
+    KEL_CELL_QUADRILATERAL = 7 ///< 4 nodes, 4 faces: 0 1 2 3 go round it
 };
 
 /// How a reader of this library version fares with a file's version.

@@ -14,11 +14,12 @@ namespace meridyn::mesh {
 struct FaceBlock {
     int zone = 0;
     unsigned64 first = 0;
-    std::vector<short> counts;       ///< nodes per face; empty when the reader does not tell
+    std::vector<short> counts;       ///< nodes per face
     std::vector<std::size_t> starts; ///< where the nodes of each face begin, and the end
     std::vector<unsigned64> nodes;
     std::vector<unsigned64> cell0s;
     std::vector<unsigned64> cell1s; ///< 0 where the reader does not tell
+    bool hasCells = false;          ///< whether the reader tells cells on side 0
 
     std::size_t size() const { return counts.size(); }
     const unsigned64* nodesOf(std::size_t face) const { return nodes.data() + starts[face]; }
@@ -32,6 +33,9 @@ public:
 
     /// Reads the next block. False at the end, and when the reader gives less than there should be: see isCut.
     bool next(FaceBlock& block);
+
+    /// Whether the reader gives no nodes for the faces of the zone at all.
+    bool isWithoutNodes() const { return _isWithoutNodes; }
 
     /// Whether the reader gave fewer values than the zone has.
     bool isCut() const { return _isCut; }
@@ -48,7 +52,9 @@ private:
     int _zone;
     unsigned64 _next;
     unsigned64 _last;
+    unsigned64 _first;
     bool _isCut = false;
+    bool _isWithoutNodes = false;
 };
 
 } // namespace meridyn::mesh

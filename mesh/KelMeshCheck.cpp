@@ -17,7 +17,7 @@ bool KelMeshCheck::run()
     _problem.clear();
     _cancelled = false;
     try {
-        mesh::MeshRun(_reader, _options, _report).run();
+        mesh::runChecks(_reader, _options, _report);
     } catch (const mesh::Stopped& stopped) {
         _problem = stopped.problem;
         _cancelled = stopped.cancelled;

@@ -62,6 +62,21 @@ bool liesOnSide(const std::vector<int>& nodes, int direction, int side)
     });
 }
 
+/// Puts the nodes of a cell into the order of its type: the base looks into the cell, see KelCellType.
+void turnInwards(KelCellType type, std::vector<int>& nodes, const Point& centre)
+{
+    if (nodes.empty())
+        return;
+    const bool isSquare = type == KEL_CELL_PYRAMID || type == KEL_CELL_HEXAHEDRON;
+    const std::ptrdiff_t size = isSquare ? 4 : 3;
+    const std::vector<int> base(nodes.begin(), nodes.begin() + size);
+    if (!pointsAwayFrom(base, centre))
+        return;
+    std::reverse(nodes.begin() + 1, nodes.begin() + size);
+    if (type == KEL_CELL_PRISM || type == KEL_CELL_HEXAHEDRON)
+        std::reverse(nodes.begin() + size + 1, nodes.begin() + 2 * size);
+}
+
 } // namespace
 
 BlockTemplate::BlockTemplate(Shape shape)
@@ -98,10 +113,11 @@ BlockTemplate::BlockTemplate(Shape shape)
     joinFaces();
 }
 
-void BlockTemplate::addCell(KelCellType type, const std::vector<int>& nodes, const std::vector<Loop>& faces)
+void BlockTemplate::addCell(KelCellType type, std::vector<int> nodes, const std::vector<Loop>& faces)
 {
     const int cell = static_cast<int>(_cells.size());
     const Point centre = nodes.empty() ? Point{0.5, 0.5, 0.5} : mean(nodes);
+    turnInwards(type, nodes, centre);
     _cells.push_back({type, nodes, centre});
     for (Loop loop : faces) {
         if (!pointsAwayFrom(loop, centre))

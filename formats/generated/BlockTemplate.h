@@ -50,7 +50,7 @@ public:
 private:
     using Loop = std::vector<int>;
 
-    void addCell(KelCellType type, const std::vector<int>& nodes, const std::vector<Loop>& faces);
+    void addCell(KelCellType type, std::vector<int> nodes, const std::vector<Loop>& faces);
     void joinFaces();
 
     struct Side {

@@ -5,7 +5,10 @@
 #include "Numbers.h"
 #include "Progress.h"
 
+#include <algorithm>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace meridyn::tool {
 
@@ -17,16 +20,22 @@ struct Options {
     double tolerance = KelMeshCheckOptions().closureTolerance;
     unsigned named = 5;
     bool json = false;
+    std::optional<int> mesh, target, partition;
 };
 
-const std::vector<KelMeshRule>& rules()
-{
-    static const std::vector<KelMeshRule> all = {
-        KelMeshRule::Zones,     KelMeshRule::Coordinates, KelMeshRule::Ids,       KelMeshRule::FaceNodes,
-        KelMeshRule::FaceCells, KelMeshRule::UsedNodes,   KelMeshRule::CellFaces, KelMeshRule::Closed,
-        KelMeshRule::Volumes,   KelMeshRule::Orientation};
-    return all;
-}
+/// One mesh of a file.
+struct MeshKey {
+    int mesh = -1;
+    KelTargetCategory target = KEL_DEFAULT_TARGET;
+    int partition = -1;
+};
+
+/// A mesh with what the check found of it.
+struct CheckedMesh {
+    MeshKey key;
+    std::string unit;
+    KelMeshReport report;
+};
 
 std::string pointText(const std::array<double, 3>& point, int dimension)
 {
@@ -42,6 +51,8 @@ void printFigures(Terminal& terminal, const KelMeshReport& report, const std::st
                    counted(report.sizes[KEL_CELL_ZONE], "cell", "cells"));
     for (const auto& [type, count] : report.cellTypes)
         terminal.print("    {} {}\n", grouped(count), cellTypeName(type));
+    if (report.thinWallPairs != 0)
+        terminal.print("  thin walls    {}\n", counted(report.thinWallPairs, "pair of faces", "pairs of faces"));
     if (report.hasBox)
         terminal.print("  bounding box  {} to {}{}\n", pointText(report.boxMin, report.dimension),
                        pointText(report.boxMax, report.dimension), suffix);
@@ -55,32 +66,72 @@ void printFigures(Terminal& terminal, const KelMeshReport& report, const std::st
     }
 }
 
-void printReport(Terminal& terminal, const Model& model, const KelMeshReport& report, const std::string& unit)
+void printRule(Terminal& terminal, KelMeshRule rule, const KelMeshReport::Outcome& outcome)
 {
-    terminal.print("{}\n", printable(model.path()));
-    printFigures(terminal, report, unit);
-    terminal.write("\n");
-    for (const KelMeshRule rule : rules()) {
-        const KelMeshReport::Outcome& outcome = report.outcome(rule);
-        if (!report.hasFaces && rule > KelMeshRule::Coordinates) {
-            terminal.print("  {}  {}\n", terminal.styled(Style::Note, "  -   "), textOf(rule).text);
-            continue;
-        }
-        if (outcome.offenders == 0) {
-            terminal.print("  {}  {}\n", terminal.styled(Style::Good, "good  "), textOf(rule).text);
-            continue;
-        }
-        terminal.print("  {}  {}: {}\n", terminal.styled(Style::Bad, "FAILED"), textOf(rule).text,
-                       counted(outcome.offenders, "exception", "exceptions"));
-        for (const std::string& line : outcome.named)
-            terminal.print("            {}\n", printable(line));
-        if (outcome.offenders > outcome.named.size())
-            terminal.write("            ...\n");
+    if (outcome.offenders == 0) {
+        const bool isLookedAt = outcome.lookedAt != 0;
+        terminal.print("  {}  {}\n",
+                       terminal.styled(isLookedAt ? Style::Good : Style::Note, isLookedAt ? "good  " : "  -   "),
+                       textOf(rule).text);
+        return;
     }
-    if (!report.hasFaces)
-        terminal.write("\nThe format gives no cells of faces: topology and geometry were not checked.\n");
-    terminal.print("\n{}\n", report.isGood() ? terminal.styled(Style::Good, "The mesh is good.")
-                                             : terminal.styled(Style::Bad, "The mesh is not good."));
+    terminal.print("  {}  {}: {}\n", terminal.styled(Style::Bad, "FAILED"), textOf(rule).text,
+                   counted(outcome.offenders, "exception", "exceptions"));
+    for (const KelMeshFinding& finding : outcome.named)
+        terminal.print("            {}\n", printable(finding.text));
+    if (outcome.offenders > outcome.named.size())
+        terminal.write("            ...\n");
+}
+
+/// What of a mesh was not looked at, in one line.
+std::string unseenText(const KelMeshReport& report)
+{
+    std::string text;
+    for (const KelMeshUnseen& unseen : report.unseen())
+        text += (text.empty() ? "" : "; ") + unseen.text;
+    return text;
+}
+
+/// "mesh 2, target 1, partition 3"; the target and the partition only where they say something.
+std::string nameOf(const MeshKey& key)
+{
+    std::string name = "mesh " + std::to_string(key.mesh);
+    if (key.target != KEL_DEFAULT_TARGET)
+        name += ", target " + std::to_string(key.target);
+    if (key.partition >= 0)
+        name += ", partition " + std::to_string(key.partition);
+    return name;
+}
+
+void printReports(Terminal& terminal, const Model& model, const std::vector<CheckedMesh>& meshes)
+{
+    std::string unseen;
+    bool isFaulty = false;
+    for (const CheckedMesh& mesh : meshes) {
+        terminal.print("{}{}\n", printable(model.path()), meshes.size() > 1 ? ", " + nameOf(mesh.key) : "");
+        printFigures(terminal, mesh.report, mesh.unit);
+        terminal.write("\n");
+        for (const KelMeshRule rule : meshRules())
+            printRule(terminal, rule, mesh.report.outcome(rule));
+        terminal.write("\n");
+        isFaulty = isFaulty || mesh.report.hasOffenders();
+        if (!mesh.report.unseen().empty())
+            unseen += (unseen.empty() ? "" : "; ") + (meshes.size() > 1 ? nameOf(mesh.key) + ": " : "") +
+                      unseenText(mesh.report);
+    }
+    const bool areMany = meshes.size() > 1;
+    if (isFaulty && !unseen.empty())
+        terminal.print("Not looked at: {}.\n", printable(unseen));
+    if (isFaulty)
+        terminal.print("{}\n",
+                       terminal.styled(Style::Bad, areMany ? "The meshes are not all good." : "The mesh is not good."));
+    else if (!unseen.empty())
+        terminal.print("{}\n",
+                       terminal.styled(Style::Note, "No fault found, but not looked at: " + printable(unseen) + "."));
+    else
+        terminal.print(
+            "{}\n", terminal.styled(Style::Good, areMany ? "All " + std::to_string(meshes.size()) + " meshes are good."
+                                                         : "The mesh is good."));
 }
 
 void writePoint(JsonWriter& json, const char* name, const std::array<double, 3>& point, int dimension)
@@ -91,11 +142,30 @@ void writePoint(JsonWriter& json, const char* name, const std::array<double, 3>&
     json.endArray();
 }
 
-std::string jsonReport(const Model& model, const KelMeshReport& report, const std::string& unit)
+void writeChecks(JsonWriter& json, const KelMeshReport& report)
 {
-    JsonWriter json;
-    json.beginObject().member("file", model.path()).member("good", report.isGood());
-    json.member("dimension", report.dimension).member("unit", unit);
+    json.key("checks").beginArray();
+    for (const KelMeshRule rule : meshRules()) {
+        const KelMeshReport::Outcome& outcome = report.outcome(rule);
+        std::vector<std::string> first;
+        for (const KelMeshFinding& finding : outcome.named)
+            first.push_back(finding.text);
+        json.beginObject().member("check", textOf(rule).key).member("text", textOf(rule).text);
+        json.member("lookedAt", outcome.lookedAt).member("exceptions", outcome.offenders);
+        json.member("first", first).endObject();
+    }
+    json.endArray().key("notLookedAt").beginArray();
+    for (const KelMeshUnseen& unseen : report.unseen())
+        json.value(unseen.text);
+    json.endArray();
+}
+
+void writeReport(JsonWriter& json, const CheckedMesh& mesh)
+{
+    const KelMeshReport& report = mesh.report;
+    json.member("mesh", mesh.key.mesh).member("target", static_cast<int>(mesh.key.target));
+    json.member("partition", mesh.key.partition).member("good", report.isGood());
+    json.member("dimension", report.dimension).member("unit", mesh.unit);
     for (const KelZoneCategory category : allCategories)
         json.member(categoryName(category), report.sizes[static_cast<std::size_t>(category)]);
     json.key("cellTypes").beginObject();
@@ -113,42 +183,123 @@ std::string jsonReport(const Model& model, const KelMeshReport& report, const st
         json.member("smallest", report.smallestVolume).member("smallestCell", report.smallestCell);
         json.member("largest", report.largestVolume).member("largestCell", report.largestCell).endObject();
     }
-    json.member("facesChecked", report.hasFaces).key("checks").beginArray();
-    for (const KelMeshRule rule : rules()) {
-        const KelMeshReport::Outcome& outcome = report.outcome(rule);
-        json.beginObject().member("check", textOf(rule).key).member("text", textOf(rule).text);
-        json.member("exceptions", outcome.offenders).member("first", outcome.named).endObject();
+    json.member("facesChecked", report.hasFaces).member("thinWallPairs", report.thinWallPairs);
+    writeChecks(json, report);
+}
+
+/// One mesh is one object with all that is known of it; of several, each is such an object in a list.
+std::string jsonReport(const Model& model, const std::vector<CheckedMesh>& meshes)
+{
+    JsonWriter json;
+    json.beginObject().member("file", model.path());
+    if (meshes.size() == 1)
+        writeReport(json, meshes.front());
+    else {
+        const bool areGood =
+            std::all_of(meshes.begin(), meshes.end(), [](const CheckedMesh& mesh) { return mesh.report.isGood(); });
+        json.member("good", areGood).key("meshes").beginArray();
+        for (const CheckedMesh& mesh : meshes) {
+            json.beginObject();
+            writeReport(json, mesh);
+            json.endObject();
+        }
+        json.endArray();
     }
-    json.endArray().endObject();
+    json.endObject();
     return json.text();
 }
 
-void runCheck(const Options& options, Session& session)
+/// The meshes of an open file that the options ask for; without options all.
+std::vector<MeshKey> meshesOf(const KelProvider& reader, const Options& options)
 {
-    Model model(options.file, options.format);
+    std::vector<MeshKey> keys;
+    std::vector<int> ids = reader.availableMeshIds(KEL_CASE);
+    if (ids.empty()) // the format does not tell: what is open is all there is
+        ids.push_back(reader.getMeshId());
+    for (const int id : ids) {
+        std::vector<KelTargetCategory> targets = reader.availableTargets(id, KEL_CASE);
+        if (targets.empty())
+            targets.push_back(reader.getTarget());
+        for (const KelTargetCategory target : targets) {
+            std::vector<int> partitions;
+            if (target == KEL_PARTITIONED_POST)
+                partitions = reader.availablePartitionIds(id, KEL_CASE);
+            if (partitions.empty())
+                partitions.push_back(-1);
+            for (const int partition : partitions)
+                if (options.mesh.value_or(id) == id && options.target.value_or(target) == target &&
+                    options.partition.value_or(partition) == partition)
+                    keys.push_back({id, target, partition});
+        }
+    }
+    return keys;
+}
+
+/// Opens the case again with another mesh, which is chosen while the file is closed.
+void openMesh(Model& model, const MeshKey& key)
+{
+    KelFileProvider& reader = model.reader();
+    if (reader.getMeshId() == key.mesh && reader.getTarget() == key.target && reader.getPartitionId() == key.partition)
+        return;
+    model.close();
+    reader.setMeshId(key.mesh);
+    reader.setTarget(key.target);
+    if (key.partition >= 0)
+        reader.setPartitionId(key.partition);
+    reader.getErrors(true, true); // what a closed reader says of a mesh that it cannot load yet
     model.open(KEL_CASE);
-    Progress progress(session.terminal);
+}
+
+CheckedMesh checkMesh(Model& model, const MeshKey& key, const Options& options, Progress& progress)
+{
     KelMeshCheckOptions checkOptions;
     checkOptions.closureTolerance = options.tolerance;
     checkOptions.named = options.named;
     checkOptions.progress = [&](const std::string& task, unsigned64 done, unsigned64 total) {
         return progress(task, done, total);
     };
+    openMesh(model, key);
     KelMeshCheck check(model.reader(), checkOptions);
     if (!check.run()) {
         if (check.wasCancelled())
             throw Interrupted(aboutFile(options.file, "interrupted"));
         throw model.failure(check.problem(), KEL_CASE);
     }
-    progress.finish();
     model.expectNoErrors();
-    std::string unit;
-    model.reader().getMeshUnits(unit);
+    CheckedMesh mesh{key, "", check.report()};
+    model.reader().getMeshUnits(mesh.unit);
+    return mesh;
+}
+
+ExitCode exitCodeOf(const std::vector<CheckedMesh>& meshes)
+{
+    ExitCode code = EXIT_GOOD;
+    for (const CheckedMesh& mesh : meshes) {
+        if (mesh.report.hasOffenders())
+            return EXIT_NO;
+        if (!mesh.report.isGood())
+            code = EXIT_NOT_ALL;
+    }
+    return code;
+}
+
+void runCheck(const Options& options, Session& session)
+{
+    Model model(options.file, options.format);
+    model.open(KEL_CASE);
+    const std::vector<MeshKey> keys = meshesOf(model.reader(), options);
+    if (keys.empty())
+        throw Failure(aboutFile(options.file, "has no such mesh, target and partition; 'kel info' lists what it has"));
+    Progress progress(session.terminal);
+    std::vector<CheckedMesh> meshes;
+    for (const MeshKey& key : keys)
+        meshes.push_back(checkMesh(model, key, options, progress));
+    progress.finish();
     if (options.json)
-        session.terminal.write(jsonReport(model, check.report(), unit));
+        session.terminal.write(jsonReport(model, meshes));
     else
-        printReport(session.terminal, model, check.report(), unit);
-    session.exitCode = check.report().isGood() ? EXIT_GOOD : EXIT_NO;
+        printReports(session.terminal, model, meshes);
+    session.exitCode = exitCodeOf(meshes);
 }
 
 } // namespace
@@ -166,6 +317,9 @@ void addCheckCommand(CLI::App& tool, Session& session)
                      "How far a cell may be open, as a share of its surface; 1e-6 unless given")
         ->check(CLI::NonNegativeNumber);
     command->add_option("--named", options->named, "Exceptions that are named per check; 5 unless given");
+    command->add_option("--mesh", options->mesh, "Id of the mesh; all meshes unless given")->type_name("ID");
+    command->add_option("--target", options->target, "Target of the mesh, 0 to 3; all unless given")->type_name("ID");
+    command->add_option("--partition", options->partition, "Partition of the mesh; all unless given")->type_name("ID");
     addInputFormatOption(*command, options->format);
     addJsonOption(*command, options->json);
     command->callback([options, &session] { runCheck(*options, session); });

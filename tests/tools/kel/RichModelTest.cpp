@@ -1,5 +1,5 @@
 // The commands on a model with something of every family.
-#include "transfer/RichModel.h"
+#include "exchange/RichModel.h"
 #include "formats/hdf5/FileEdit.h"
 #include "KelHdf5Consumer.h"
 #include "ToolRunner.h"
@@ -144,27 +144,4 @@ TEST(RichModel, FailsTheCheckWithDamagedFaces)
     EXPECT_TRUE(isJson(json.out)) << json.out;
     EXPECT_THAT(json.out, HasSubstr("\"good\": false"));
     EXPECT_THAT(json.out, HasSubstr("\"face 4 of zone 2 'interior' has no cell 1\""));
-}
-
-TEST(Check, SaysThatAMeshWithoutCellsOfFacesIsCheckedInPart)
-{
-    const TemporaryFolder folder;
-    const std::string file = folder / "nodes.case.kel";
-    const double xyz[] = {0, 0, 0, 1, 2, 3};
-    KelHdf5Consumer writer;
-    writer.setMeshSize(KEL_MESH_DIMENSION, 3);
-    writer.setMeshSize(KEL_MESH_SIZE_1, 2);
-    writer.setZoneIds(KEL_NODE_ZONE, {1});
-    writer.setZoneSizeInfo(1, KEL_ZONE_FIRST_ID, 1);
-    writer.setZoneSizeInfo(1, KEL_ZONE_LAST_ID, 2);
-    ASSERT_TRUE(writer.startWriting(file, KEL_CASE));
-    writer.setCoordinatesForNodesInRange(1, 2, xyz, 6);
-    ASSERT_TRUE(writer.endWriting(KEL_CASE));
-    const Ran ran = runKel({"check", file});
-    EXPECT_EQ(ran.code, 0);
-    EXPECT_THAT(ran.out, HasSubstr("  bounding box  (0, 0, 0) to (1, 2, 3)\n"));
-    EXPECT_THAT(ran.out, HasSubstr("  good    "));
-    EXPECT_THAT(ran.out, HasSubstr("    -     cells are closed\n"));
-    EXPECT_THAT(ran.out, HasSubstr("\nThe format gives no cells of faces: topology and geometry were not checked.\n"));
-    EXPECT_THAT(runKel({"check", "--json", file}).out, HasSubstr("\"facesChecked\": false"));
 }

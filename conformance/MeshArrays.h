@@ -2,6 +2,7 @@
 
 #include "ConformanceCase.h"
 #include "ConformanceMesh.h"
+#include "formats/common/FrameArrays.h"
 
 #include <string>
 #include <vector>
@@ -19,50 +20,23 @@ enum class Form {
     Uniform  ///< as Zone, but counts and types that all elements of a zone share as one number
 };
 
-/// The operations of one array with a value per element.
+/// An array with a value per element, and where a mesh as plain data has it.
 template <class T>
-struct FixedArray {
-    KelFormatFamily family;
-    const char* name;
-    KelZoneCategory category;
+struct FixedArray : FixedFrameArray<T> {
     std::vector<T> Mesh::*data;
-    void (*start)(KelConsumer&, const Mesh&, const Ids&);
-    void (KelConsumer::*setOne)(unsigned64, T);
-    void (KelConsumer::*setRange)(unsigned64, unsigned64, const T*, unsigned64);
-    void (KelConsumer::*setZone)(int, const T*, unsigned64);
-    void (KelConsumer::*end)();
-    T (KelProvider::*getOne)(unsigned64) const;
-    unsigned64 (KelProvider::*getRange)(unsigned64, unsigned64, T*, unsigned64) const;
-    unsigned64 (KelProvider::*getZone)(int, T*, unsigned64) const;
+
+    /// The value that the form for one element gives.
+    T one(const KelProvider& reader, unsigned64 id) const
+    {
+        T value{};
+        this->getOne(reader, id, &value, 1);
+        return value;
+    }
 };
 
-/// The operations of one array with a count and as many ids per element.
-struct RaggedArray {
-    KelFormatFamily family;
-    const char* name;
-    KelZoneCategory category;
+/// An array with a count and as many ids per element, and where a mesh as plain data has it.
+struct RaggedArray : RaggedFrameArray {
     Ragged Mesh::*data;
-    void (KelConsumer::*start)(const Ids&);
-    void (KelConsumer::*startCounts)();
-    void (KelConsumer::*setCount)(unsigned64, short);
-    void (KelConsumer::*setCountRange)(unsigned64, unsigned64, const short*, unsigned64);
-    void (KelConsumer::*setCountZone)(int, const short*, unsigned64);
-    void (KelConsumer::*setUniformRange)(unsigned64, unsigned64, short);
-    void (KelConsumer::*setUniformZone)(int, short);
-    void (KelConsumer::*endCounts)();
-    void (KelConsumer::*startIds)();
-    void (KelConsumer::*setIds)(unsigned64, const unsigned64*, unsigned64);
-    void (KelConsumer::*setIdRange)(unsigned64, unsigned64, const unsigned64*, unsigned64);
-    void (KelConsumer::*setIdZone)(int, const unsigned64*, unsigned64);
-    void (KelConsumer::*endIds)();
-    void (KelConsumer::*end)();
-    short (KelProvider::*getCount)(unsigned64) const;
-    unsigned64 (KelProvider::*getCountRange)(unsigned64, unsigned64, short*, unsigned64) const;
-    unsigned64 (KelProvider::*getCountZone)(int, short*, unsigned64) const;
-    bool (KelProvider::*isUniform)(int, short*) const; ///< of a zone; null where there is no such question
-    unsigned64 (KelProvider::*getIds)(unsigned64, unsigned64*, unsigned64) const;
-    unsigned64 (KelProvider::*getIdRange)(unsigned64, unsigned64, unsigned64*, unsigned64) const;
-    unsigned64 (KelProvider::*getIdZone)(int, unsigned64*, unsigned64) const;
 };
 
 const std::vector<FixedArray<unsigned64>>& idArrays(); ///< cell 0, cell 1, shadow faces

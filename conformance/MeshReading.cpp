@@ -54,18 +54,18 @@ void expectArray(Case& test, const KelProvider& reader, const FixedArray<T>& arr
     };
     const std::vector<Zone> zones = zonesWith(array, mesh);
     for (const Zone& zone : zones) {
-        const std::string what = ofZone(array.name, zone);
+        const std::string what = ofZone(array.name(), zone);
         test.same(what + " by zone", part(zone.first, zone.last), taken<T>(zone.count(), [&](T* to, unsigned64 room) {
                       return (reader.*array.getZone)(zoneIn(test, reader, zone), to, room);
                   }));
         for (const auto& [first, last] : rangesOf(zone))
             test.same(byRange(what, first, last), part(first, last), readRange(first, last));
         for (unsigned64 id = zone.first; id <= zone.last; ++id)
-            test.same(byRange(what, id, id) + " alone", part(id, id), {(reader.*array.getOne)(id)});
+            test.same(byRange(what, id, id) + " alone", part(id, id), {array.one(reader, id)});
     }
     for (std::size_t n = 1; n < zones.size(); ++n)
         if (zones[n - 1].last + 1 == zones[n].first)
-            test.same(byRange(std::string(array.name) + " across zones", zones[n - 1].last, zones[n].first),
+            test.same(byRange(std::string(array.name()) + " across zones", zones[n - 1].last, zones[n].first),
                       part(zones[n - 1].last, zones[n].first), readRange(zones[n - 1].last, zones[n].first));
 }
 
@@ -82,7 +82,7 @@ void expectRagged(Case& test, const KelProvider& reader, const RaggedArray& arra
         return std::vector<unsigned64>(all.ids.begin() + static_cast<std::ptrdiff_t>(all.begin(first - 1)),
                                        all.ids.begin() + static_cast<std::ptrdiff_t>(all.begin(last)));
     };
-    const std::string what = ofZone(array.name, zone);
+    const std::string what = ofZone(array.name(), zone);
     const int id = zoneIn(test, reader, zone);
     const std::vector<unsigned64> zoneIds = ids(zone.first, zone.last);
     test.same(

@@ -23,7 +23,7 @@ void writeValues(KelConsumer& writer, const FixedArray<T>& array, const std::vec
     const T* all = values.data() - 1; // by element id
     if (form == Form::Element)
         for (unsigned64 id = zone.first; id <= zone.last; ++id)
-            (writer.*array.setOne)(id, all[id]);
+            array.setOne(writer, id, all + id, 1);
     else if ((form == Form::Zone || form == Form::Uniform) && array.setZone != nullptr)
         (writer.*array.setZone)(zone.id, all + zone.first, zone.count());
     else
@@ -38,7 +38,7 @@ void writeArray(KelConsumer& writer, const FixedArray<T>& array, const Mesh& mes
     const std::vector<Zone> zones = zonesWith(array, mesh);
     if (zones.empty())
         return;
-    array.start(writer, mesh, idsOf(zones));
+    array.start(writer, idsOf(zones), {{}, mesh.partitionCount});
     for (const Zone& zone : zones)
         writeValues(writer, array, mesh.*array.data, zone, form);
     (writer.*array.end)();

@@ -38,11 +38,11 @@ void forReadables(const Visit& visit)
     visit(coordinates(float{}));
     for (const RaggedArray& array : raggedArrays()) {
         visit(Readable<short>{
-            std::string("number of ") + array.name, array.category,
+            std::string("number of ") + array.name(), array.category,
             [array](const auto& r, auto a, auto b, short* v, auto n) { return (r.*array.getCountRange)(a, b, v, n); },
             [array](const auto& r, int z, short* v, auto n) { return (r.*array.getCountZone)(z, v, n); }, nullptr});
         visit(Readable<unsigned64>{
-            array.name, array.category,
+            array.name(), array.category,
             [array](const auto& r, auto a, auto b, auto* v, auto n) { return (r.*array.getIdRange)(a, b, v, n); },
             [array](const auto& r, int z, auto* v, auto n) { return (r.*array.getIdZone)(z, v, n); },
             [array](const auto& r, auto a, auto* v, auto n) { return (r.*array.getIds)(a, v, n); }});
@@ -50,7 +50,7 @@ void forReadables(const Visit& visit)
     forFixedArrays([&visit](const auto& array) {
         const auto own = array;
         using T = typename std::remove_reference_t<decltype((std::declval<Mesh>().*array.data))>::value_type;
-        visit(Readable<T>{own.name, own.category,
+        visit(Readable<T>{own.name(), own.category,
                           [own](const auto& r, auto a, auto b, T* v, auto n) { return (r.*own.getRange)(a, b, v, n); },
                           [own](const auto& r, int z, T* v, auto n) { return (r.*own.getZone)(z, v, n); }, nullptr});
     });
@@ -182,13 +182,13 @@ void formsAgree(Case& test)
             for (const Zone& zone : zonesOf(reader, array.category)) {
                 short count = 0;
                 if ((reader.*array.getCountRange)(zone.first, zone.first, &count, 1) == 1)
-                    sameOne(array.name, count, (reader.*array.getCount)(zone.first));
+                    sameOne(array.name(), count, (reader.*array.getCount)(zone.first));
             }
         forFixedArrays([&](const auto& array) {
             for (const Zone& zone : zonesOf(reader, array.category)) {
-                auto value = (reader.*array.getOne)(zone.last), other = value;
+                auto value = array.one(reader, zone.last), other = value;
                 if ((reader.*array.getRange)(zone.last, zone.last, &other, 1) == 1)
-                    sameOne(array.name, other, value);
+                    sameOne(array.name(), other, value);
             }
         });
     });
@@ -269,31 +269,26 @@ void idsInTheMesh(Case& test)
                             what + " of " + Case::quoted(name) + ": there is no element " + std::to_string(id));
         };
         for (const RaggedArray& array : raggedArrays()) {
-            const KelZoneCategory category =
-                array.family == KEL_FAMILY_CELL_FACES || array.family == KEL_FAMILY_CHILD_FACES ? KEL_FACE_ZONE
-                : array.family == KEL_FAMILY_CHILD_CELLS                                        ? KEL_CELL_ZONE
-                                                                                                : KEL_NODE_ZONE;
             for (const Zone& zone : zonesOf(reader, array.category)) {
                 const unsigned64 last = std::min(zone.last, zone.first + mostElements - 1);
                 std::vector<unsigned64> ids(roomFor(mostElements));
                 ids.resize(std::min<unsigned64>((reader.*array.getIdRange)(zone.first, last, ids.data(), ids.size()),
                                                 ids.size()));
-                expectIds(array.name, ids, category, false);
+                expectIds(array.name(), ids, array.idsOf.value_or(array.category), false);
                 std::vector<short> counts(last - zone.first + 1);
                 counts.resize((reader.*array.getCountRange)(zone.first, last, counts.data(), counts.size()));
                 unsigned64 sum = 0;
                 for (const short count : counts)
                     sum += static_cast<unsigned64>(count);
                 if (!counts.empty())
-                    test.same(std::string("ids that the numbers of ") + array.name + " promise", sum, ids.size());
+                    test.same(std::string("ids that the numbers of ") + array.name() + " promise", sum, ids.size());
             }
         }
         for (const FixedArray<unsigned64>& array : idArrays())
             for (const Zone& zone : zonesOf(reader, KEL_FACE_ZONE)) {
                 std::vector<unsigned64> ids(std::min(zone.count(), mostElements));
                 ids.resize((reader.*array.getRange)(zone.first, zone.first + ids.size() - 1, ids.data(), ids.size()));
-                const bool isCell = array.family == KEL_FAMILY_FACE_CELLS;
-                expectIds(array.name, ids, isCell ? KEL_CELL_ZONE : KEL_FACE_ZONE, array.data != &Mesh::cell0);
+                expectIds(array.name(), ids, array.idsOf.value_or(array.category), array.zeroIsNone);
             }
     });
 }

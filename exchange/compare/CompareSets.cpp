@@ -1,7 +1,9 @@
 #include "CompareRun.h"
+#include "KelMeshKey.h"
 #include "KelValueTypes.h"
 
 #include <algorithm>
+#include <set>
 
 namespace meridyn {
 
@@ -111,7 +113,14 @@ void compareSet(CompareRun& run, const std::string& set)
         model.endReadingIdsForSet();
         return ids;
     });
-    for (const std::string& name : bothNames(run, family, set + ", variable", &KelProvider::getVariablesInSet))
+    for (const std::string& name : bothNames(run, family, set + ", variable", &KelProvider::getVariablesInSet)) {
+        const auto sizeOf = [&name](KelProvider& model) {
+            unsigned64 values = 0;
+            model.startReadingDataOfVariableForSet(name, values);
+            model.endReadingDataOfVariableForSet();
+            return std::to_string(values);
+        };
+        run.same(family, "values per member of '" + name + "' of " + set, sizeOf(run.first), sizeOf(run.second));
         compareTyped(
             run, family, "'" + name + "' of " + set,
             [&name](KelProvider& model) {
@@ -128,6 +137,7 @@ void compareSet(CompareRun& run, const std::string& set)
                     values.resize(model.getDataOfVariableForSetInRange(1, members, values.data(), values.size()));
                 model.endReadingDataOfVariableForSet();
             });
+    }
     for (const std::string& name :
          bothNames(run, family, set + ", variable", &KelProvider::getVariableLengthedVariablesInSet)) {
         const auto lengths = [&](KelProvider& model) {
@@ -232,17 +242,24 @@ void compareChunk(CompareRun& run, const std::string& chunk)
             });
 }
 
-void compareTrackGroup(CompareRun& run, const std::string& group)
+std::string joined(const std::vector<int>& ids)
+{
+    std::string list;
+    for (const int id : ids)
+        list += (list.empty() ? "" : " ") + std::to_string(id);
+    return list;
+}
+
+void compareTrackGroup(CompareRun& run, const std::string& group, const std::string& of)
 {
     run.first.startReadingParticleTrackGroup(group);
     run.second.startReadingParticleTrackGroup(group);
     std::vector<int> one, other;
     run.first.getChunksInParticleTrackGroup(one);
     run.second.getChunksInParticleTrackGroup(other);
-    const std::string item = "track group '" + group + "'";
+    const std::string item = "track group '" + group + "'" + of;
     if (one != other)
-        run.differ(KEL_FAMILY_PARTICLE_TRACKS, "chunks of " + item, 0, std::to_string(one.size()),
-                   std::to_string(other.size()));
+        run.differ(KEL_FAMILY_PARTICLE_TRACKS, "chunks of " + item, 0, joined(one), joined(other));
     else
         for (const int chunk : one) {
             run.first.startReadingChunkInParticleTrackGroup(chunk);
@@ -290,23 +307,27 @@ void compareSetData(CompareRun& run, const std::string& phase)
 void compareParticleTracks(CompareRun& run, short firstPhase, short secondPhase, const std::string& phase)
 {
     constexpr KelFormatFamily family = KEL_FAMILY_PARTICLE_TRACKS;
-    const auto has = [](KelProvider& model, short id) {
-        return model.hasParticleTracks(id, model.getMeshId(), model.getTarget(), model.getPartitionId());
-    };
-    const auto start = [](KelProvider& model, short id) {
-        model.startReadingParticleTracks(id, model.getMeshId(), model.getTarget(), model.getPartitionId());
-    };
-    const bool inOne = has(run.first, firstPhase), inOther = has(run.second, secondPhase);
-    if (inOne != inOther)
-        run.differ(family, "tracks of phase '" + phase + "'", 0, inOne ? "present" : "", inOther ? "present" : "");
-    if (!inOne || !inOther)
-        return;
-    start(run.first, firstPhase);
-    start(run.second, secondPhase);
-    for (const std::string& group : bothNames(run, family, "track group", &KelProvider::getParticleTrackGroups))
-        compareTrackGroup(run, group);
-    run.first.endReadingParticleTracks();
-    run.second.endReadingParticleTracks();
+    const std::vector<KelMeshKey> one = meshesWithTracks(run.first, firstPhase);
+    const std::vector<KelMeshKey> other = meshesWithTracks(run.second, secondPhase);
+    std::set<KelMeshKey> keys(one.begin(), one.end());
+    keys.insert(other.begin(), other.end());
+    for (const KelMeshKey& key : keys) {
+        const std::string of = " of phase '" + phase + "', " + meshLabel(key);
+        const bool inOne = std::find(one.begin(), one.end(), key) != one.end();
+        const bool inOther = std::find(other.begin(), other.end(), key) != other.end();
+        if (inOne != inOther)
+            run.differ(family, "tracks" + of, 0, inOne ? "present" : "", inOther ? "present" : "");
+        if (!inOne || !inOther)
+            continue;
+        const auto target = static_cast<KelTargetCategory>(key.target);
+        run.first.startReadingParticleTracks(firstPhase, key.meshId, target, key.partitionId);
+        run.second.startReadingParticleTracks(secondPhase, key.meshId, target, key.partitionId);
+        for (const std::string& group :
+             bothNames(run, family, "track group" + of, &KelProvider::getParticleTrackGroups))
+            compareTrackGroup(run, group, of);
+        run.first.endReadingParticleTracks();
+        run.second.endReadingParticleTracks();
+    }
 }
 
 } // namespace meridyn

@@ -1,36 +1,29 @@
 #pragma once
 
+#include "exchange/common/Model.h"
 #include "KelConsumer.h"
-#include "KelFormat.h"
+#include "KelFormatFamily.h"
 #include "KelLossReport.h"
 #include "KelProvider.h"
 #include "KelTransfer.h"
 #include "KelValueTypes.h"
 
-#include <map>
-#include <set>
+#include <algorithm>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace meridyn {
 
 /// Ends a transfer from anywhere inside it; never leaves the library.
 struct TransferStopped : std::runtime_error {
-    TransferStopped(const std::string& reason, bool isCancel) : std::runtime_error(reason), cancelled(isCancel) {}
-    bool cancelled;
+    TransferStopped(KelTransferProblem why, const std::string& text) : std::runtime_error(text), problem(why) {}
+    KelTransferProblem problem;
 };
 
-/// What the parts of one transfer share: both ends, the chunk size, progress and losses.
+/// What the parts of one transfer share: both ends, the mesh that is being copied, the chunk size, progress and losses.
 class TransferRun {
 public:
-    struct ZoneRange {
-        int id;
-        unsigned64 first;
-        unsigned64 last;
-    };
-
     TransferRun(KelProvider& from, KelConsumer& to, KelFormatFamilies families, KelTransfer::Progress ask,
                 unsigned64 chunkValues, KelLossReport& report);
 
@@ -39,41 +32,42 @@ public:
 
     /// Whether the target carries a family; if not, notes the item as lost.
     bool carries(KelFormatFamily family, const std::string& item);
+    /// The same for a zone.
+    bool carries(KelFormatFamily family, const KelZoneDescription& zone);
 
-    /// Notes a loss, once.
-    void note(KelFormatFamily family, const std::string& item, const std::string& reason);
+    /// Notes a loss at the current time level, if any.
+    void note(KelFormatFamily family, KelLossReason reason, const std::string& item, const std::string& text,
+              std::optional<int> zone = {});
 
     /// Notes that the writer refused something.
     void refused(KelFormatFamily family, const std::string& item);
+
+    /// Notes the errors that the writer has posted since this was called last, and takes them out of its message store:
+    /// they are about what was handed over in between.
+    void settle(KelFormatFamily family, const std::string& item);
 
     /// Copies values whose type the reader tells: calls `copy` with a null pointer to it. Without a type they are lost.
     template <class Copy>
     void withType(KelFormatFamily family, const std::string& item, KelPlainDataType type, const Copy& copy)
     {
         if (!visitPlainType(type, copy))
-            note(family, item, "the reader gives no type");
+            note(family, KelLossReason::NotGiven, item, "the reader gives no type");
     }
 
     /// Tells how far a task is; throws when the transfer is cancelled.
     void tell(const std::string& task, unsigned64 done, unsigned64 total, unsigned64 newBytes);
 
-    /// The zones of a category that have elements, in the order of their first element.
-    std::vector<ZoneRange> zonesWithElements(KelZoneCategory category) const;
-
-    /// Ids of zones.
-    static std::vector<int> idsOf(const std::vector<ZoneRange>& zones);
-
-    /// Calls `copy(first, last)` for each piece of a range that needs no more than a chunk.
+    /// Calls `copy(firstId, lastId)` for each piece of a range that needs no more than a chunk.
     template <class Copy>
-    void forChunks(const std::string& task, const ZoneRange& zone, unsigned64 valuesPerElement,
+    void forChunks(const std::string& task, const KelIdRange& range, unsigned64 valuesPerElement,
                    unsigned64 bytesPerValue, const Copy& copy)
     {
-        const unsigned64 perElement = valuesPerElement > 0 ? valuesPerElement : 1;
-        const unsigned64 step = chunkSize / perElement > 0 ? chunkSize / perElement : 1;
-        const unsigned64 total = zone.last - zone.first + 1;
+        const unsigned64 perElement = std::max<unsigned64>(valuesPerElement, 1);
+        const unsigned64 step = std::max<unsigned64>(chunkSize / perElement, 1);
+        const unsigned64 total = range.last - range.first + 1;
         for (unsigned64 done = 0; done < total;) {
-            const unsigned64 count = total - done < step ? total - done : step;
-            copy(zone.first + done, zone.first + done + count - 1);
+            const unsigned64 count = std::min(total - done, step);
+            copy(range.first + done, range.first + done + count - 1);
             done += count;
             tell(task, done, total, count * perElement * bytesPerValue);
         }
@@ -81,41 +75,57 @@ public:
 
     KelProvider& source;
     KelConsumer& target;
-    const unsigned64 chunkSize;
+    const KelSourceLedger* const ledger; ///< of the source; null when it keeps none
+    const unsigned64 chunkSize;          ///< in values
+    KelMeshDescription mesh;             ///< the one that is being copied
+    std::optional<int> level;            ///< the time level that is being copied
 
 private:
     KelFormatFamilies _families;
     KelTransfer::Progress _ask;
     KelLossReport& _report;
-    std::set<std::pair<int, std::string>> _noted;
     unsigned64 _bytes = 0;
 };
 
-/// The errors that a reader or writer has stored, in one line; `otherwise` when there are none.
-std::string storedErrors(KelBase& base, const std::string& otherwise);
+/// Whether a writer that stores single precision makes any of these values infinite.
+bool overflows(const TransferRun& run, const double* values, unsigned64 count);
 
-/// All seven numbers of a zone, those of its category in their order, flags last, 0 where it has fewer.
-std::vector<int> zoneNumbers(const KelBase& base, KelZoneCategory category, int zone);
-
-/// "zone 7 'wall'".
-std::string zoneLabel(const KelBase& base, int zoneId);
+/// What a loss report says then.
+constexpr const char* overflowText = "changed: values beyond the range of single precision became infinite";
 
 /// Stops a transfer because a reader gave fewer or more values of something than it promised.
 [[noreturn]] void stopShort(const std::string& what, unsigned64 found, unsigned64 expected);
 
-/// Stops a transfer because a reader gave fewer or more values than the mesh has.
-[[noreturn]] void stopShort(const std::string& task, const KelBase& source, int zone, unsigned64 first, unsigned64 last,
+/// Stops a transfer because a reader gave fewer or more values than the elements of a zone have.
+[[noreturn]] void stopShort(const char* task, const KelZoneDescription& zone, unsigned64 firstId, unsigned64 lastId,
                             unsigned64 found, unsigned64 expected);
 
-void copyZones(TransferRun& run);        ///< TransferZones.cpp: context, sizes, zones and properties
-void copyTopology(TransferRun& run);     ///< TransferTopology.cpp: nodes, edges, faces, cells
-void copyLocalIds(TransferRun& run);     ///< TransferElementData.cpp
-void copyCaseSections(TransferRun& run); ///< TransferElementData.cpp
+/// Calls `use(firstId, lastId)` for the pieces of a range whose elements have values. `read` reads a piece and says
+/// whether its elements have them; where one has none it reads nothing, and the piece is halved, down to single
+/// elements.
+template <class Read, class Use>
+void forGiven(unsigned64 firstId, unsigned64 lastId, const Read& read, const Use& use)
+{
+    if (read(firstId, lastId))
+        use(firstId, lastId);
+    else if (firstId != lastId) {
+        const unsigned64 middle = firstId + (lastId - firstId) / 2;
+        forGiven(firstId, middle, read, use);
+        forGiven(middle + 1, lastId, read, use);
+    }
+}
+
+void chooseMesh(TransferRun& run, KelDataClass dataClass, const KelMeshKey& key); ///< TransferMesh.cpp: on the source
+void copyMesh(TransferRun& run, const KelMeshKey& key); ///< TransferMesh.cpp: context, sizes, zones with all they have
+void copyArrays(TransferRun& run);                      ///< TransferArrays.cpp: of nodes, edges, faces, cells
+void copyInterfaces(TransferRun& run);                  ///< TransferInterfaces.cpp
+void copyLocalIds(TransferRun& run);                    ///< TransferElementData.cpp
+void copyCaseSections(TransferRun& run);                ///< TransferElementData.cpp
 void copySettings(TransferRun& run, KelDataClass dataClass);         ///< TransferSettings.cpp: settings, log
-void copyLocations(TransferRun& run);                                ///< TransferSettings.cpp
+void copyLocations(TransferRun& run, KelDataClass dataClass);        ///< TransferSettings.cpp
 void copySolution(TransferRun& run, const std::vector<int>& levels); ///< TransferSolution.cpp
 void copySets(TransferRun& run, KelDataClass dataClass);             ///< TransferSets.cpp
-void copySetData(TransferRun& run);                                  ///< TransferSets.cpp: of the active phase
+void copySetData(TransferRun& run, const std::string& phase);        ///< TransferSets.cpp: of the active phase
 void copyParticleTracks(TransferRun& run, short sourcePhase, short targetPhase); ///< TransferTracks.cpp
 
 } // namespace meridyn

@@ -13,7 +13,7 @@ template <class Copy>
 void forPositions(TransferRun& run, const std::string& task, unsigned64 members, unsigned64 perMember, const Copy& copy)
 {
     if (members > 0)
-        run.forChunks(task, {0, 1, members}, perMember, sizeof(unsigned64), copy);
+        run.forChunks(task, {1, members}, perMember, sizeof(unsigned64), copy);
 }
 
 /// Copies one open set.
@@ -194,7 +194,7 @@ private:
 /// Copies one open set-data block; the frame's getters give whole variables.
 class SetDataCopy {
 public:
-    SetDataCopy(TransferRun& run, std::string name) : _run(run), _task("set data '" + std::move(name) + "'") {}
+    SetDataCopy(TransferRun& run, const std::string& item) : _run(run), _task("set data " + item) {}
 
     void copy()
     {
@@ -229,7 +229,7 @@ private:
             std::vector<std::remove_pointer_t<decltype(null)>> values;
             unsigned64 perMember = 0;
             if (!_run.source.getDataOfConstantLengthVarForSetData(name, values, perMember))
-                return _run.note(KEL_FAMILY_SET_DATA, itemOf(name), noValues);
+                return _run.note(KEL_FAMILY_SET_DATA, KelLossReason::NotGiven, itemOf(name), noValues);
             _run.target.startWritingVariableForSetData(name, perMember, type);
             checkTaken(name, _run.target.setVariableForSetData(values.data(), values.size()), values.size());
             _run.target.endWritingVariableForSetData();
@@ -244,7 +244,7 @@ private:
         _run.withType(KEL_FAMILY_SET_DATA, itemOf(name), type, [&](auto* null) {
             std::vector<std::remove_pointer_t<decltype(null)>> values;
             if (!_run.source.getDataOfVariableLengthVarForSetData(name, values))
-                return _run.note(KEL_FAMILY_SET_DATA, itemOf(name), noValues);
+                return _run.note(KEL_FAMILY_SET_DATA, KelLossReason::NotGiven, itemOf(name), noValues);
             _run.target.startWritingVariableLengthVariableForSetData(name, type, lengthType);
             if (lengthType == KEL_PLAIN_SHORT)
                 writeVariableLength<short>(name, values);
@@ -273,13 +273,13 @@ private:
         Names names;
         _run.source.getOtherVariablesInSetData(names);
         for (const std::string& name : names)
-            _run.withType(KEL_FAMILY_SET_DATA, itemOf(name), _run.source.getDataTypeOfDataForSetData(name),
-                          [&](auto* null) {
-                              std::vector<std::remove_pointer_t<decltype(null)>> values;
-                              if (!_run.source.getOtherDataForSetData(name, values))
-                                  return _run.note(KEL_FAMILY_SET_DATA, itemOf(name), noValues);
-                              _run.target.writeOtherDataForSetData(name, values.data(), values.size());
-                          });
+            _run.withType(
+                KEL_FAMILY_SET_DATA, itemOf(name), _run.source.getDataTypeOfDataForSetData(name), [&](auto* null) {
+                    std::vector<std::remove_pointer_t<decltype(null)>> values;
+                    if (!_run.source.getOtherDataForSetData(name, values))
+                        return _run.note(KEL_FAMILY_SET_DATA, KelLossReason::NotGiven, itemOf(name), noValues);
+                    _run.target.writeOtherDataForSetData(name, values.data(), values.size());
+                });
         names.clear();
         _run.source.getStringVariablesInSetData(names);
         for (const std::string& name : names) {
@@ -306,28 +306,33 @@ void copySets(TransferRun& run, KelDataClass dataClass)
         if (!run.carries(KEL_FAMILY_SETS, "'" + name + "'"))
             continue;
         if (!run.source.startReadingSet(name))
-            throw TransferStopped("set '" + name + "': the reader lists it but does not open it", false);
+            throw TransferStopped(KelTransferProblem::SourceBroken,
+                                  "set '" + name + "': the reader lists it but does not open it");
         run.target.startWritingSet(name, run.source.getCategoryOfSet());
         SetCopy(run, name).copy();
         run.target.endWritingSet();
         run.source.endReadingSet();
+        run.settle(KEL_FAMILY_SETS, "'" + name + "'");
     }
 }
 
-void copySetData(TransferRun& run)
+void copySetData(TransferRun& run, const std::string& phase)
 {
     Names names;
     run.source.getSetDataNames(names);
     for (const std::string& name : names) {
         unsigned64 members = 0;
-        if (!run.carries(KEL_FAMILY_SET_DATA, "'" + name + "'"))
+        const std::string item = "'" + name + "' of phase '" + phase + "'";
+        if (!run.carries(KEL_FAMILY_SET_DATA, item))
             continue;
         if (!run.source.startReadingSetData(name, members))
-            throw TransferStopped("set data '" + name + "': the reader lists them but does not open them", false);
+            throw TransferStopped(KelTransferProblem::SourceBroken,
+                                  "set data '" + name + "': the reader lists them but does not open them");
         run.target.startWritingSetData(name, members);
-        SetDataCopy(run, name).copy();
+        SetDataCopy(run, item).copy();
         run.target.endWritingSetData();
         run.source.endReadingSetData();
+        run.settle(KEL_FAMILY_SET_DATA, item);
     }
 }
 

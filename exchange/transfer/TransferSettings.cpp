@@ -21,9 +21,10 @@ void copySettings(TransferRun& run, KelDataClass dataClass)
     for (const std::string& group : groups) {
         std::vector<std::string> keys;
         run.source.getSettingsKeysOfGroup(dataClass, group, keys);
-        if (group == KelBase::_defaultSettingsPath)
+        const bool isCommonGroup = group == KelBase::_defaultSettingsPath;
+        if (isCommonGroup)
             keys.erase(std::remove_if(keys.begin(), keys.end(), isCommonSetting), keys.end());
-        if (keys.empty() || !run.carries(KEL_FAMILY_SETTINGS, "group '" + group + "'" + of))
+        if ((keys.empty() && isCommonGroup) || !run.carries(KEL_FAMILY_SETTINGS, "group '" + group + "'" + of))
             continue;
         Pairs pairs;
         for (const std::string& key : keys) {
@@ -32,21 +33,36 @@ void copySettings(TransferRun& run, KelDataClass dataClass)
             pairs.emplace_back(key, text);
         }
         run.target.writeSettingStrings(pairs, dataClass, group);
+        run.settle(KEL_FAMILY_SETTINGS, "group '" + group + "'" + of);
     }
     Pairs entries;
     run.source.getLog(dataClass, entries);
-    if (!entries.empty() && run.carries(KEL_FAMILY_LOG, std::to_string(entries.size()) + " entries" + of))
+    const std::string item = std::to_string(entries.size()) + (entries.size() == 1 ? " entry" : " entries") + of;
+    if (!entries.empty() && run.carries(KEL_FAMILY_LOG, item)) {
         run.target.log(entries, dataClass);
+        run.settle(KEL_FAMILY_LOG, item);
+    }
 }
 
-void copyLocations(TransferRun& run)
+/// Data have locations of their own only if the reader says so; those of the case belong to both.
+void copyLocations(TransferRun& run, KelDataClass dataClass)
 {
-    const KelLocationModel* model = run.source.getLocationModel();
+    KelLocationModel ofData;
+    const KelLocationModel* model = nullptr;
+    if (dataClass == KEL_CASE)
+        model = run.source.getLocationModel();
+    else if (const auto state = run.ledger != nullptr ? run.ledger->locationState(KEL_DATA) : std::nullopt)
+        model = !state->empty() && ofData.reset(*state) ? &ofData : nullptr;
+    if (model == nullptr || model->state() == KelLocationModel().state())
+        return;
     std::vector<int> parts;
     model->getParts(parts);
-    if (model->state() != KelLocationModel().state() &&
-        run.carries(KEL_FAMILY_LOCATIONS, std::to_string(parts.size()) + " parts"))
+    const std::string item = std::to_string(parts.size()) + (parts.size() == 1 ? " part" : " parts") +
+                             (dataClass == KEL_CASE ? "" : " of the data");
+    if (run.carries(KEL_FAMILY_LOCATIONS, item)) {
         run.target.setLocationModel(model);
+        run.settle(KEL_FAMILY_LOCATIONS, item);
+    }
 }
 
 } // namespace meridyn

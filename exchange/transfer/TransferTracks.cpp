@@ -1,63 +1,85 @@
 #include "TransferRun.h"
 
+#include <utility>
+
 namespace meridyn {
 
 namespace {
 
-void copyTrackVariable(TransferRun& run, const std::string& name)
-{
-    const KelPlainDataType type = run.source.getDataTypeOfParticleTrackVariable(name);
-    run.withType(KEL_FAMILY_PARTICLE_TRACKS, "variable '" + name + "'", type, [&](auto* null) {
-        std::vector<std::remove_pointer_t<decltype(null)>> values(
-            run.source.getValueCountOfParticleTrackVariable(name));
-        const unsigned64 found = run.source.getValuesOfParticleTrackVariable(name, values.data(), values.size());
-        if (found != values.size())
-            stopShort("particle track variable '" + name + "'", found, values.size());
-        run.target.setValuesOfParticleTrackVariable(name, values.data(), values.size());
-        run.tell("particle tracks", 0, 0, values.size() * sizeof(*null));
-    });
-}
+/// Copies the particle tracks of one phase for one mesh.
+class TrackCopy {
+public:
+    TrackCopy(TransferRun& run, std::string item) : _run(run), _item(std::move(item)) {}
 
-void copyTrackGroup(TransferRun& run, const std::string& group)
-{
-    run.source.startReadingParticleTrackGroup(group);
-    run.target.startWritingPartiticleTrackGroup(group);
-    std::vector<int> chunks;
-    run.source.getChunksInParticleTrackGroup(chunks);
-    for (const int chunk : chunks) {
-        run.source.startReadingChunkInParticleTrackGroup(chunk);
-        run.target.startWritingChunkInPartiticleTrackGroup(chunk, run.source.getPointCountOfParticleTrackChunk());
-        std::vector<std::string> variables;
-        run.source.getParticleTrackVariables(variables);
-        for (const std::string& variable : variables)
-            copyTrackVariable(run, variable);
-        run.target.endWritingChunkInPartiticleTrackGroup();
-        run.source.endReadingChunkInParticleTrackGroup();
+    void copy()
+    {
+        std::vector<std::string> groups;
+        _run.source.getParticleTrackGroups(groups);
+        for (const std::string& group : groups)
+            copyGroup(group);
     }
-    run.target.endWritingPartiticleTrackGroup();
-    run.source.endReadingParticleTrackGroup();
-}
+
+private:
+    void copyGroup(const std::string& group)
+    {
+        _run.source.startReadingParticleTrackGroup(group);
+        _run.target.startWritingPartiticleTrackGroup(group);
+        std::vector<int> chunks;
+        _run.source.getChunksInParticleTrackGroup(chunks);
+        for (const int chunk : chunks) {
+            _run.source.startReadingChunkInParticleTrackGroup(chunk);
+            _run.target.startWritingChunkInPartiticleTrackGroup(chunk, _run.source.getPointCountOfParticleTrackChunk());
+            std::vector<std::string> variables;
+            _run.source.getParticleTrackVariables(variables);
+            for (const std::string& variable : variables)
+                copyVariable(variable, "variable '" + variable + "' of chunk " + std::to_string(chunk) + " of group '" +
+                                           group + "' of " + _item);
+            _run.target.endWritingChunkInPartiticleTrackGroup();
+            _run.source.endReadingChunkInParticleTrackGroup();
+        }
+        _run.target.endWritingPartiticleTrackGroup();
+        _run.source.endReadingParticleTrackGroup();
+    }
+
+    void copyVariable(const std::string& name, const std::string& item)
+    {
+        const KelPlainDataType type = _run.source.getDataTypeOfParticleTrackVariable(name);
+        _run.withType(KEL_FAMILY_PARTICLE_TRACKS, item, type, [&](auto* null) {
+            std::vector<std::remove_pointer_t<decltype(null)>> values(
+                _run.source.getValueCountOfParticleTrackVariable(name));
+            const unsigned64 found = _run.source.getValuesOfParticleTrackVariable(name, values.data(), values.size());
+            if (found != values.size())
+                stopShort("particle track variable '" + name + "'", found, values.size());
+            _run.target.setValuesOfParticleTrackVariable(name, values.data(), values.size());
+            _run.tell("particle tracks", 0, 0, values.size() * sizeof(*null));
+        });
+    }
+
+    TransferRun& _run;
+    std::string _item;
+};
 
 } // namespace
 
 void copyParticleTracks(TransferRun& run, short sourcePhase, short targetPhase)
 {
-    const int mesh = run.source.getMeshId(), partition = run.source.getPartitionId();
-    const KelTargetCategory target = run.source.getTarget();
-    if (!run.source.hasParticleTracks(sourcePhase, mesh, target, partition))
-        return;
-    const std::string item = "phase " + std::to_string(sourcePhase);
-    if (!run.carries(KEL_FAMILY_PARTICLE_TRACKS, item))
-        return;
-    if (!run.target.startWritingParticleTracks(targetPhase, mesh, target, partition))
-        return run.refused(KEL_FAMILY_PARTICLE_TRACKS, item);
-    run.source.startReadingParticleTracks(sourcePhase, mesh, target, partition);
-    std::vector<std::string> groups;
-    run.source.getParticleTrackGroups(groups);
-    for (const std::string& group : groups)
-        copyTrackGroup(run, group);
-    run.target.endWritingParticleTracks();
-    run.source.endReadingParticleTracks();
+    const std::string phase = static_cast<const KelProvider&>(run.source).getPhaseName(sourcePhase);
+    for (const KelMeshKey& key : meshesWithTracks(run.source, sourcePhase)) {
+        const auto target = static_cast<KelTargetCategory>(key.target);
+        const std::string item = "phase '" + phase + "', " + meshLabel(key);
+        if (!run.carries(KEL_FAMILY_PARTICLE_TRACKS, item))
+            continue;
+        if (!run.target.startWritingParticleTracks(targetPhase, key.meshId, target, key.partitionId)) {
+            run.target.getErrors(false, true); // says the same
+            run.refused(KEL_FAMILY_PARTICLE_TRACKS, item);
+            continue;
+        }
+        run.source.startReadingParticleTracks(sourcePhase, key.meshId, target, key.partitionId);
+        TrackCopy(run, item).copy();
+        run.target.endWritingParticleTracks();
+        run.source.endReadingParticleTracks();
+        run.settle(KEL_FAMILY_PARTICLE_TRACKS, item);
+    }
 }
 
 } // namespace meridyn

@@ -155,7 +155,7 @@ const Fault faults[] = {
     {"Tracks", make<CutsTracks>, "particle track variable 'speed': the reader gave 2 values, expected 3"},
     {"LocalIds", make<CutsLocalIds>, "local ids of zone 10 'cells-1', ids 1 to 12: the reader gave 11 values, expected 12"},
     {"Sections", make<CutsSections>, "case section 'heat' of zone 11 'cells-2', ids 13 to 24: the reader gave 23 values, expected 24"},
-    {"Values", make<CutsValues>, "variable 'field-1' of zone 10 'cells-1', ids 1 to 12: the reader gave 11 values, expected 12"},
+    {"Values", make<CutsValues>, "variable 'field-1' of phase 'phase-1' of zone 10 'cells-1', ids 1 to 12: the reader gave 11 values, expected 12"},
     {"Interfaces", make<CutsInterfaces>, "interface data of zone 5 'y-min': the reader gave 7 values, expected 8"},
     {"Types", make<CutsTypes>, "types of cells of zone 10 'cells-1', ids 1 to 12: the reader gave 11 values, expected 12"},
     {"NodeIds", make<CutsNodeIds>, "nodes of faces of zone 2 'interior', ids 1 to 64: the reader gave 255 values, expected 256"},
@@ -263,14 +263,16 @@ TEST(Losses, HoldEverythingWithoutAType)
         for (const char* what : {"values of ", "list of ", "block of "})
             expectAll("sets", what, set);
     for (const char* what : {"values of ", "list of ", "block of "})
-        expectAll("set data", what, " of set data 'injection'");
+        expectAll("set data", what, " of set data 'injection' of phase 'phase-2'");
+    const std::string chunk = " of chunk 4 of group 'group' of phase 'phase-2', mesh 1";
     for (int type = 0; type < 10; ++type)
-        expected.push_back("particle tracks: variable 'type " + std::to_string(type) + "'");
-    expected.emplace_back("particle tracks: variable 'speed'");
+        expected.push_back("particle tracks: variable 'type " + std::to_string(type) + "'" + chunk);
+    expected.push_back("particle tracks: variable 'speed'" + chunk);
     std::vector<std::string> found;
     for (const KelLoss& loss : transfer.losses().losses()) {
-        EXPECT_EQ(loss.reason, "the reader gives no type") << loss.item;
-        found.push_back(loss.family + ": " + loss.item);
+        EXPECT_EQ(loss.reason, KelLossReason::NotGiven) << loss.item;
+        EXPECT_EQ(loss.text, "the reader gives no type") << loss.item;
+        found.push_back(formatFamilyName(loss.family) + ": " + loss.item);
     }
     std::sort(expected.begin(), expected.end());
     std::sort(found.begin(), found.end());
@@ -298,10 +300,12 @@ TEST(Losses, HoldSetDataWithoutValues)
     setBoth(target, "memory:copy");
     KelTransfer transfer(source, target);
     ASSERT_TRUE(transfer.copyCase() && transfer.copyData()) << transfer.problem();
-    EXPECT_EQ(transfer.losses().text(),
-              "set data: 'values of type 9' of set data 'injection': the reader gives no values\n"
-              "set data: 'list of type 9' of set data 'injection': the reader gives no values\n"
-              "set data: 'block of type 9' of set data 'injection': the reader gives no values\n");
+    EXPECT_EQ(transfer.losses().text(), "set data: 'values of type 9' of set data 'injection' of phase 'phase-2', time "
+                                        "level 3: the reader gives no values\n"
+                                        "set data: 'list of type 9' of set data 'injection' of phase 'phase-2', time "
+                                        "level 3: the reader gives no values\n"
+                                        "set data: 'block of type 9' of set data 'injection' of phase 'phase-2', time "
+                                        "level 3: the reader gives no values\n");
 }
 
 } // namespace

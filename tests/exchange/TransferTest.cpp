@@ -126,17 +126,17 @@ const Lost lost[] = {
     {KEL_FAMILY_LOCAL_IDS, "local ids: zone 10 'cells-1': not carried by the format\n"},
     {KEL_FAMILY_PHASES, "phases: 'phase-1': not carried by the format\nphases: 'phase-2': not carried by the format\n"},
     {KEL_FAMILY_ATTRIBUTES, "attributes: 'Material' of phase 'phase-1': not carried by the format\n"
-                            "attributes: 'Long Name' of variable 'field-1': not carried by the format\n"
-                            "attributes: 'Units' of variable 'field-1': not carried by the format\n"
-                            "attributes: 'Dataset Name' of variable 'field-1': not carried by the format\n"
-                            "attributes: 'Long Name' of variable 'field-2': not carried by the format\n"},
+                            "attributes: 'Long Name' of variable 'field-1' of phase 'phase-1': not carried by the format\n"
+                            "attributes: 'Units' of variable 'field-1' of phase 'phase-1': not carried by the format\n"
+                            "attributes: 'Dataset Name' of variable 'field-1' of phase 'phase-1': not carried by the format\n"
+                            "attributes: 'Long Name' of variable 'field-2' of phase 'phase-1': not carried by the format\n"},
     {KEL_FAMILY_TIME_LEVELS, "time levels: time level 1: not carried by the format\ntime levels: time level 2: not carried by the format\n"},
-    {KEL_FAMILY_SETS, "sets: 'set of the case': not carried by the format\nsets: 'set of the data': not carried by the format\n"},
-    {KEL_FAMILY_SET_DATA, "set data: 'injection': not carried by the format\n"},
-    {KEL_FAMILY_PARTICLE_TRACKS, "particle tracks: phase 2: not carried by the format\n"},
+    {KEL_FAMILY_SETS, "sets: 'set of the case': not carried by the format\nsets: 'set of the data', time level 3: not carried by the format\n"},
+    {KEL_FAMILY_SET_DATA, "set data: 'injection' of phase 'phase-2', time level 3: not carried by the format\n"},
+    {KEL_FAMILY_PARTICLE_TRACKS, "particle tracks: phase 'phase-2', mesh 1, time level 3: not carried by the format\n"},
     {KEL_FAMILY_SETTINGS, "settings: group 'group/one' of the case: not carried by the format\nsettings: group 'settings' of the case: not carried by the format\nsettings: group 'group' of the data: not carried by the format\n"},
-    {KEL_FAMILY_LOG, "log: 1 entries of the case: not carried by the format\nlog: 1 entries of the data: not carried by the format\n"},
-    {KEL_FAMILY_LOCATIONS, "locations: 1 parts: not carried by the format\n"},
+    {KEL_FAMILY_LOG, "log: 1 entry of the case: not carried by the format\nlog: 1 entry of the data: not carried by the format\n"},
+    {KEL_FAMILY_LOCATIONS, "locations: 1 part: not carried by the format\n"},
 };
 // clang-format on
 
@@ -201,8 +201,10 @@ TEST(Transfer, WhatTheWriterRefusesIsALoss)
     setBoth(target, "memory:copy");
     KelTransfer transfer(rich, target);
     EXPECT_TRUE(transfer.copyCase() && transfer.copyData()) << transfer.problem();
-    EXPECT_EQ(transfer.losses().text(), "set data: 'values of type 5' of set data 'injection': refused by the writer\n"
-                                        "particle tracks: phase 2: refused by the writer\n");
+    EXPECT_EQ(transfer.losses().text(),
+              "set data: 'values of type 5' of set data 'injection' of phase 'phase-2', time level 3: refused by the "
+              "writer\n"
+              "particle tracks: phase 'phase-2', mesh 1, time level 3: refused by the writer\n");
 }
 
 TEST(Transfer, VerifyFindsWhatTheTargetChanged)
@@ -225,8 +227,13 @@ TEST(Transfer, VerifyFindsWhatTheTargetChanged)
     EXPECT_TRUE(transfer.verify(other));
     EXPECT_EQ(transfer.problem(), "");
     ASSERT_FALSE(transfer.losses().empty());
-    EXPECT_EQ(transfer.losses().losses()[0].family, "variables");
-    EXPECT_EQ(transfer.losses().losses()[0].reason, "changed: 3.25 became 3.5");
+    const KelLoss& loss = transfer.losses().losses()[0];
+    EXPECT_EQ(loss.family, KEL_FAMILY_VARIABLES);
+    EXPECT_EQ(loss.reason, KelLossReason::Changed);
+    EXPECT_EQ(loss.zone, std::optional<int>(10));
+    EXPECT_EQ(loss.levels, std::vector<int>{3});
+    EXPECT_EQ(loss.line(), "variables: variable 'density' of phase '<Mixture>', zone 10 'cells-1', time level 3: "
+                           "changed: 3.25 became 3.5");
 }
 
 // ---- time levels
@@ -410,17 +417,43 @@ TEST(Transfer, ProblemsAtTheEndsAreTheOwnersWords)
     EXPECT_FALSE(box.isReadingData());
 }
 
+KelLoss lossOf(KelFormatFamily family, const std::string& item, const std::string& text, std::vector<int> levels = {})
+{
+    KelLoss loss;
+    loss.family = family;
+    loss.item = item;
+    loss.text = text;
+    loss.levels = std::move(levels);
+    return loss;
+}
+
 TEST(LossReport, OneLinePerLoss)
 {
     KelLossReport report;
     EXPECT_TRUE(report.empty());
     EXPECT_EQ(report.text(), "");
-    report.add("shadow faces", "zone 7 'wall'", "not carried by the format");
-    report.add("log", "2 entries", "refused by the writer");
+    report.add(lossOf(KEL_FAMILY_SHADOW_FACES, "zone 7 'wall'", "not carried by the format"));
+    report.add(lossOf(KEL_FAMILY_LOG, "2 entries", "refused by the writer"));
+    report.add(lossOf(KEL_FAMILY_COUNT, "the source", "its reader does not tell what it leaves out"));
     EXPECT_FALSE(report.empty());
-    EXPECT_EQ(report.losses().size(), 2U);
+    EXPECT_EQ(report.losses().size(), 3U);
     EXPECT_EQ(report.text(), "shadow faces: zone 7 'wall': not carried by the format\n"
-                             "log: 2 entries: refused by the writer\n");
+                             "log: 2 entries: refused by the writer\n"
+                             "the source: its reader does not tell what it leaves out\n");
+}
+
+TEST(LossReport, OneLossAtSeveralTimeLevelsIsOne)
+{
+    KelLossReport report;
+    for (const int level : {3, 1, 3})
+        report.add(lossOf(KEL_FAMILY_SETS, "'probe'", "refused", {level}));
+    report.add(lossOf(KEL_FAMILY_SETS, "'other'", "refused", {1}));
+    EXPECT_EQ(report.text(), "sets: 'probe', time levels 3 and 1: refused\nsets: 'other', time level 1: refused\n");
+    report.add(lossOf(KEL_FAMILY_SETS, "'probe'", "refused", {9}));
+    EXPECT_EQ(report.losses()[0].when(), "time levels 3, 1 and 9");
+    for (const int level : {20, 40})
+        report.add(lossOf(KEL_FAMILY_SETS, "'probe'", "refused", {level}));
+    EXPECT_EQ(report.losses()[0].when(), "5 time levels from 1 to 40");
 }
 
 } // namespace

@@ -59,7 +59,7 @@ TEST(WriterRefusals, OfThePhasesStopTheTransfer)
 TEST(WriterRefusals, OfAVariableLoseItAndNoOther)
 {
     RefusesOneVariable target;
-    EXPECT_EQ(copiedTo(target), "variables: 'field-2': refused by the writer\n");
+    EXPECT_EQ(copiedTo(target), "variables: 'field-2' of phase 'phase-1': refused by the writer\n");
     KelMemoryProvider copy;
     setBoth(copy, "memory:copy");
     ASSERT_TRUE(copy.startReading(KEL_DATA));
@@ -72,8 +72,9 @@ TEST(WriterRefusals, OfAVariableLoseItAndNoOther)
 TEST(WriterRefusals, OfAttributesLoseThem)
 {
     RefusesAttributes target;
-    EXPECT_EQ(copiedTo(target), "attributes: 'Material' of phase 'phase-1': refused by the writer\n"
-                                "attributes: 'Units' of variable 'field-1': refused by the writer\n");
+    EXPECT_EQ(copiedTo(target),
+              "attributes: 'Material' of phase 'phase-1': refused by the writer\n"
+              "attributes: 'Units' of variable 'field-1' of phase 'phase-1': refused by the writer\n");
 }
 
 TEST(WriterRefusals, AtTheEndAreAProblem)

@@ -66,8 +66,8 @@ TEST(TwoThreads, WriteReadAndCompareDifferentMeshes)
 
         KelCompare compare(again, reader);
         EXPECT_TRUE(compare.run()) << compare.problem();
-        for (const KelDifference& difference : compare.differences()) // the writer frame names phases by itself
-            EXPECT_EQ(difference.item.substr(0, 20), "'Long Name' of phase") << compare.text();
+        EXPECT_EQ(compare.text(), "");
+        EXPECT_TRUE(compare.isComplete());
         EXPECT_TRUE(KelMemoryStore::remove(file));
     });
 }

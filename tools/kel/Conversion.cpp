@@ -69,7 +69,6 @@ private:
     void nameTarget(KelDataClass dataClass, const std::string& file);
     void copy(KelDataClass dataClass);
     void chooseLevels();
-    void declareZones();
     void verify();
 
     const ConversionOptions& _options;
@@ -155,7 +154,7 @@ void Conversion::copy(KelDataClass dataClass)
         return;
     if (_transfer->wasCancelled())
         throw Interrupted(aboutFile(_options.target, "interrupted; nothing unfinished is left behind"));
-    const bool isWriters = _writer->hasError() || _transfer->problem().starts_with("the writer");
+    const bool isWriters = _transfer->problemKind() == KelTransferProblem::TargetUnwritable;
     throw Failure(aboutFile(isWriters ? _options.target : _options.source, _transfer->problem()));
 }
 
@@ -171,34 +170,6 @@ void Conversion::chooseLevels()
     if (levels.empty())
         throw Failure(aboutFile(_source.file(KEL_DATA), "has no time level of " + _options.timeLevels));
     _transfer->setTimeLevels(levels);
-}
-
-/// Tells the writer the zones that its values belong to, when the case is not copied.
-void Conversion::declareZones()
-{
-    const KelBase& from = _source.reader();
-    KelBase& to = *_writer;
-    to.setMeshId(from.getMeshId());
-    for (const int type : {0, 1, 2, 3, 4}) {
-        unsigned64 size = 0;
-        from.getMeshSize(static_cast<KelMeshSizeType>(type), size);
-        to.setMeshSize(static_cast<KelMeshSizeType>(type), size);
-    }
-    for (const KelZoneCategory category : allCategories) {
-        std::vector<int> zones;
-        from.getZoneIds(category, zones);
-        to.setZoneIds(category, zones);
-        for (const int zone : zones) {
-            for (const KelZoneSizeType type : {KEL_ZONE_FIRST_ID, KEL_ZONE_LAST_ID, KEL_ZONE_EXTRA_SIZE}) {
-                unsigned64 value = 0;
-                from.getZoneSizeInfo(zone, type, value);
-                to.setZoneSizeInfo(zone, type, value);
-            }
-            std::string name;
-            from.getZoneStringInfo(zone, KEL_ZONE_STRING_0, name);
-            to.setZoneStringInfo(zone, KEL_ZONE_STRING_0, name);
-        }
-    }
 }
 
 void Conversion::verify()
@@ -223,10 +194,8 @@ ConversionResult Conversion::run()
         copy(KEL_CASE);
     if (!_options.caseOnly && _source.has(KEL_DATA)) {
         chooseLevels();
-        if (_options.dataOnly && _source.has(KEL_CASE)) {
-            _source.open(KEL_CASE); // values belong to zones
-            declareZones();
-        }
+        if (_options.dataOnly && _source.has(KEL_CASE))
+            _source.open(KEL_CASE); // values belong to its zones
         copy(KEL_DATA);
         _source.close();
     }

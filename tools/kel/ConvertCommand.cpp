@@ -28,7 +28,7 @@ void printResult(Terminal& terminal, const Options& options, const ConversionRes
     terminal.print("\n{}:\n", terminal.styled(options.strict ? Style::Bad : Style::Heading,
                                               counted(result.losses.size(), "loss", "losses")));
     for (const KelLoss& loss : result.losses)
-        terminal.print("  {}: {}: {}\n", loss.family, printable(loss.item), printable(loss.reason));
+        terminal.print("  {}\n", printable(loss.line()));
 }
 
 std::string jsonText(const Options& options, const ConversionResult& result)
@@ -39,9 +39,9 @@ std::string jsonText(const Options& options, const ConversionResult& result)
     json.key("losses").beginArray();
     for (const KelLoss& loss : result.losses)
         json.beginObject()
-            .member("family", loss.family)
-            .member("item", loss.item)
-            .member("reason", loss.reason)
+            .member("family", formatFamilyName(loss.family))
+            .member("item", loss.levels.empty() ? loss.item : loss.item + ", " + loss.when())
+            .member("reason", loss.text)
             .endObject();
     json.endArray().endObject();
     return json.text();

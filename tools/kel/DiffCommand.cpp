@@ -23,30 +23,59 @@ std::string orNothing(const std::string& text)
     return text.empty() ? "nothing" : printable(text);
 }
 
-void printDifferences(Terminal& terminal, const Options& options, const std::vector<KelDifference>& differences)
+/// What a difference is about: "files" where it is no data.
+std::string familyOf(const KelDifference& difference)
+{
+    const std::string name = formatFamilyName(difference.family);
+    return name.empty() ? "files" : name;
+}
+
+void printNotCompared(Terminal& terminal, const std::vector<std::string>& notCompared)
+{
+    if (notCompared.empty())
+        return;
+    terminal.print("Not compared:\n");
+    for (const std::string& line : notCompared)
+        terminal.print("  {}\n", printable(line));
+}
+
+void printDifferences(Terminal& terminal, const Options& options, const std::vector<KelDifference>& differences,
+                      const std::vector<std::string>& notCompared)
 {
     if (differences.empty()) {
-        terminal.print("{}\n", terminal.styled(Style::Good, "The two models are equal."));
-        return;
+        terminal.print("{}\n", notCompared.empty() ? terminal.styled(Style::Good, "The two models are equal.")
+                                                   : "No difference was found in what could be compared.");
+        return printNotCompared(terminal, notCompared);
     }
     terminal.print("  {} {}\n  {} {}\n\n", terminal.styled(Style::Bad, "-"), printable(options.first),
                    terminal.styled(Style::Good, "+"), printable(options.second));
     for (const KelDifference& difference : differences)
-        terminal.print("{}: {}{}: {} against {}\n", difference.family, printable(difference.item),
+        terminal.print("{}: {}{}{}: {} against {}\n", familyOf(difference), printable(difference.item),
+                       difference.level ? ", time level " + std::to_string(*difference.level) : "",
                        difference.id != 0 ? ", id " + grouped(difference.id) : "",
                        terminal.styled(Style::Bad, orNothing(difference.first)),
                        terminal.styled(Style::Good, orNothing(difference.second)));
     terminal.print("\n{} shown; the models {}.\n", counted(differences.size(), "difference", "differences"),
                    terminal.styled(Style::Bad, "differ"));
+    printNotCompared(terminal, notCompared);
 }
 
-std::string jsonDifferences(const Options& options, const std::vector<KelDifference>& differences)
+std::string jsonDifferences(const Options& options, const std::vector<KelDifference>& differences,
+                            const std::vector<std::string>& notCompared)
 {
     JsonWriter json;
     json.beginObject().member("first", options.first).member("second", options.second);
-    json.member("equal", differences.empty()).key("differences").beginArray();
+    json.member("equal", differences.empty() && notCompared.empty());
+    json.member("complete", notCompared.empty()).member("not_compared", notCompared);
+    json.key("differences").beginArray();
     for (const KelDifference& difference : differences) {
-        json.beginObject().member("family", difference.family).member("item", difference.item);
+        json.beginObject().member("family", familyOf(difference));
+        json.member("item", difference.item);
+        json.key("time_level");
+        if (difference.level)
+            json.value(*difference.level);
+        else
+            json.null();
         json.key("id");
         if (difference.id != 0)
             json.value(difference.id);
@@ -66,8 +95,13 @@ bool isCompared(const Model& first, const Model& second, KelDataClass dataClass,
         return false;
     const bool inFirst = first.has(dataClass), inSecond = second.has(dataClass);
     if (inFirst != inSecond)
-        differences.push_back({"files", dataClass == KEL_CASE ? "the case" : "the data", 0,
-                               inFirst ? first.file(dataClass) : "", inSecond ? second.file(dataClass) : ""});
+        differences.push_back({KEL_FAMILY_COUNT,
+                               dataClass == KEL_CASE ? "the case" : "the data",
+                               0,
+                               inFirst ? first.file(dataClass) : "",
+                               inSecond ? second.file(dataClass) : "",
+                               {},
+                               {}});
     return inFirst && inSecond;
 }
 
@@ -89,10 +123,10 @@ void runDiff(Options& options, Session& session)
     const auto& found = compare.differences();
     differences.insert(differences.end(), found.begin(), found.end());
     if (options.json)
-        session.terminal.write(jsonDifferences(options, differences));
+        session.terminal.write(jsonDifferences(options, differences, compare.notCompared()));
     else
-        printDifferences(session.terminal, options, differences);
-    session.exitCode = differences.empty() ? EXIT_GOOD : EXIT_NO;
+        printDifferences(session.terminal, options, differences, compare.notCompared());
+    session.exitCode = !differences.empty() ? EXIT_NO : compare.isComplete() ? EXIT_GOOD : EXIT_INCOMPLETE;
 }
 
 } // namespace

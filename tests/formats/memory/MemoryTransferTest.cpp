@@ -29,8 +29,8 @@ TEST_P(MemoryTransfer, LosesNothingAndPrintsNothing)
 
     KelCompare compare(again, reader);
     ASSERT_TRUE(compare.run()) << compare.problem();
-    for (const KelDifference& difference : compare.differences()) // the writer frame names phases by itself
-        EXPECT_EQ(difference.item.substr(0, 20), "'Long Name' of phase") << compare.text();
+    EXPECT_EQ(compare.text(), "");
+    EXPECT_TRUE(compare.isComplete());
     KelMemoryStore::remove(to);
 }
 

@@ -31,7 +31,7 @@ struct KelMeshCheckOptions {
 ///           over its faces: exact for flat faces, and faces that are not flat close a cell all the same. In two
 ///           dimensions faces are lines and volumes are areas.
 /// Parents   faces of zones of the type KEL_FACE_ZONE_TYPE_PARENT were replaced by their children: they bound no cell.
-/// Memory    24 bytes per node and 80 per cell, 130 per face that one cell has; for cells that no face names 16 per
+/// Memory    24 bytes per node and 72 per cell, 130 per face that one cell has; for cells that no face names 16 per
 ///           side instead. Faces between cells take none.
 class KEL_API KelMeshCheck {
 public:

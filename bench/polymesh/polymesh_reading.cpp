@@ -18,8 +18,8 @@
 
 namespace {
 
-using meridyn::ByteSource;
-using meridyn::FoamReader;
+using meridyn::polymesh::ByteSource;
+using meridyn::polymesh::FoamReader;
 
 constexpr std::size_t pointCount = 1'000'000;
 

@@ -11,7 +11,7 @@
 #include <utility>
 #include <zlib.h>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -154,4 +154,4 @@ std::uint64_t ByteSource::lineOf(std::uint64_t offset) const
     return line;
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -8,7 +8,7 @@
 
 struct gzFile_s;
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 /// The bytes of a file, plain or compressed with gzip, one buffer after the other; or those of a text in memory.
 class ByteSource {
@@ -73,4 +73,4 @@ private:
     bool _atEnd = false;
 };
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

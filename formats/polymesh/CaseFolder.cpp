@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <system_error>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -92,6 +92,26 @@ std::string CaseFolder::meshFile(std::size_t mesh, const std::string& name) cons
     return file(_meshes[mesh] + "/polyMesh", name);
 }
 
+std::vector<std::string> CaseFolder::filesOfMesh(std::size_t mesh) const
+{
+    std::vector<std::string> files = setsOfMesh(mesh);
+    for (const char* name :
+         {"points", "faces", "owner", "neighbour", "boundary", "cellZones", "faceZones", "pointZones"})
+        if (std::string path = meshFile(mesh, name); ByteSource::exists(path))
+            files.push_back(std::move(path));
+    return files;
+}
+
+std::vector<std::string> CaseFolder::setsOfMesh(std::size_t mesh) const
+{
+    std::vector<std::string> files;
+    const std::size_t oldest = topologyOfMesh(mesh);
+    for (std::size_t n = mesh + 1; n-- > oldest && files.empty();)
+        for (const std::string& name : filesIn(_meshes[n] + "/polyMesh/sets"))
+            files.push_back(file(_meshes[n] + "/polyMesh/sets", name));
+    return files;
+}
+
 std::vector<std::string> CaseFolder::filesIn(const std::string& folder) const
 {
     std::vector<std::string> names;
@@ -116,4 +136,4 @@ std::string CaseFolder::file(const std::string& folder, const std::string& name)
     return _path + "/" + folder + "/" + name;
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 /// The folders of a case: where its times and its meshes are. Looks at names only, opens nothing.
 class CaseFolder {
@@ -40,6 +40,12 @@ public:
     /// what refers to faces only from those since the faces changed. The path in the mesh's own folder if none has it.
     std::string meshFile(std::size_t mesh, const std::string& name) const;
 
+    /// The files that are read for a mesh, as meshFile names them, sets included.
+    std::vector<std::string> filesOfMesh(std::size_t mesh) const;
+
+    /// The files of sets of a mesh: those of the last mesh folder that has any, since the faces changed.
+    std::vector<std::string> setsOfMesh(std::size_t mesh) const;
+
     /// The regular files of a folder below the case, ascending, without ".gz".
     std::vector<std::string> filesIn(const std::string& folder) const;
 
@@ -52,4 +58,4 @@ private:
     std::vector<std::string> _meshes;
 };
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -188,4 +188,4 @@ bool CellShapes::buildWithTop(std::uint64_t cell, std::size_t base, std::uint32_
     return std::adjacent_find(all, all + 2 * size) == all + 2 * size && std::is_permutation(last, last + size, top);
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

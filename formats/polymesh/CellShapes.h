@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 struct PolyMesh;
 
@@ -49,4 +49,4 @@ private:
     std::vector<unsigned char> _types;
 };
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -7,7 +7,7 @@
 #include <map>
 #include <set>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -27,25 +27,34 @@ bool split(const std::string& name, std::string& stem, std::string& ending)
 
 } // namespace
 
-FieldCatalog FieldCatalog::read(const CaseFolder& folder, std::vector<std::string>& problems)
+FieldCatalog FieldCatalog::read(const CaseFolder& folder, std::vector<Problem>& problems)
 {
-    std::map<std::string, std::string> lastFolder;
+    std::map<std::string, std::vector<std::string>> foldersOf; // by the names of files
     for (const CaseFolder::Time& time : folder.times())
         for (const std::string& name : folder.filesIn(time.name))
-            lastFolder[name] = time.name;
+            foldersOf[name].push_back(time.name);
     FieldCatalog catalog;
-    for (const auto& [name, time] : lastFolder) {
-        try {
-            Field field{name, name, {}, FieldHead::read(folder.file(time, name))};
-            if (field.head.kind.place != FieldKind::None)
-                catalog.fields.push_back(std::move(field));
-        } catch (const FoamError& error) {
-            problems.emplace_back(error.what());
-        }
-    }
+    for (const auto& [name, times] : foldersOf)
+        catalog.addField(folder, name, times, problems);
     catalog.findPhases();
     catalog.assignPhases();
     return catalog;
+}
+
+/// One time at which the head is sound is enough: others may hold the values of the field all the same, or be damaged.
+void FieldCatalog::addField(const CaseFolder& folder, const std::string& name, const std::vector<std::string>& times,
+                            std::vector<Problem>& problems)
+{
+    for (auto time = times.rbegin(); time != times.rend(); ++time)
+        try {
+            Field field{name, name, {}, FieldHead::read(folder.file(*time, name))};
+            if (field.head.kind.place == FieldKind::None)
+                continue;
+            fields.push_back(std::move(field));
+            return;
+        } catch (const FoamError& error) {
+            problems.push_back({*time + "/" + name, error.withoutPath(folder.file(*time, name))});
+        }
 }
 
 void FieldCatalog::findPhases()
@@ -81,4 +90,4 @@ void FieldCatalog::assignPhases()
                     }
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -1,16 +1,19 @@
 #include "FieldFile.h"
 
 #include "ByteSource.h"
+#include "FoamDictionary.h"
 #include "FoamError.h"
 #include "FoamReader.h"
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <regex.h>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -26,54 +29,111 @@ constexpr Rank ranks[] = {
     {"SymmTensor", "symmTensor", 6}, {"Tensor", "tensor", 9},
 };
 
-/// Reads "[0 1 -1 0 0 0 0]": exponents of kg, m, s, K, mol, A, cd.
+/// Reads "[0 1 -1 0 0 0 0]", exponents of kg, m, s, K, mol, A, cd; or units in words, "[Pa]" and "[kg m^-3]", which
+/// stay.
 std::string readUnits(FoamReader& reader)
 {
     static const char* const names[] = {"kg", "m", "s", "K", "mol", "A", "cd"};
-    std::string text;
+    std::string text, words;
+    bool isInWords = false;
+    std::size_t count = 0;
     reader.expect('[');
-    for (std::size_t n = 0; !reader.sees(']'); ++n) {
+    for (; !reader.sees(']'); ++count) {
         const FoamToken token = reader.next();
         double exponent = 0;
-        if (n == std::size(names) || token.kind != FoamToken::Word || !foamNumber(token.text, exponent))
-            reader.failExpecting("five to seven exponents and ']'", token);
-        if (exponent != 0)
-            text += (text.empty() ? "" : " ") + std::string(names[n]) + (exponent != 1 ? "^" + token.text : "");
+        if (token.kind != FoamToken::Word)
+            reader.failExpecting("five to seven exponents, or units, and ']'", token);
+        words += (words.empty() ? "" : " ") + token.text;
+        isInWords = isInWords || !foamNumber(token.text, exponent);
+        if (!isInWords && count == std::size(names))
+            reader.failExpecting("five to seven exponents, or units, and ']'", token);
+        if (!isInWords && exponent != 0)
+            text += (text.empty() ? "" : " ") + std::string(names[count]) + (exponent != 1 ? "^" + token.text : "");
     }
     reader.expect(']');
-    return text;
+    return isInWords ? words : text;
 }
 
-/// Reads "uniform ..." or "nonuniform ..." to its ";". Values that stand elsewhere, as behind "$", are not known.
-FieldValues readValues(FoamReader& reader, const FieldKind& kind, const char* what, std::uint64_t largestCount)
+/// What "$name" can stand for in a field: entries that stand before, in the field or in a file that it includes.
+struct Names {
+    std::map<std::string, std::string> texts;
+    FieldValues inner; ///< of "$internalField"
+};
+
+FieldValues readValues(FoamReader& reader, const FieldKind& kind, const char* what, std::uint64_t largestCount,
+                       const Names& names);
+
+/// Values behind "$name" or "uniform $name", of an entry of the field that stands before. Not known when there is none,
+/// or when values of cells are asked for on faces.
+FieldValues resolve(FoamReader& reader, const FieldKind& kind, const char* what, const std::string& before,
+                    const std::string& name, const Names& names)
+{
+    if (before.empty() && name == "$internalField" && names.inner.isUniform)
+        return names.inner;
+    const auto found = names.texts.find(name.substr(1));
+    if (found == names.texts.end())
+        return {};
+    const std::string text = before + found->second + ";";
+    ByteSource source(reader.path() + ": " + found->first, text);
+    FoamReader inner(source);
+    return readValues(inner, kind, what, 0, {}); // names in it are not looked up, or they could lead in a circle
+}
+
+/// Reads what stands behind "uniform".
+FieldValues readUniform(FoamReader& reader, const FieldKind& kind, const char* what)
+{
+    FieldValues result;
+    if (!kind.isScalar())
+        reader.expect('(');
+    for (unsigned c = 0; c < kind.components; ++c)
+        result.values.push_back(reader.number(what));
+    if (!kind.isScalar())
+        reader.expect(')');
+    result.isUniform = true;
+    return result;
+}
+
+/// Reads what stands behind "nonuniform".
+FieldValues readList(FoamReader& reader, const FieldKind& kind, const char* what, std::uint64_t largestCount)
+{
+    FieldValues result;
+    if (reader.sees('L')) {
+        const std::string type = reader.word("the type of a list");
+        const auto isType = [&](const Rank& rank) {
+            return type == std::string("List<") + rank.typeName + ">" && rank.className == std::string(kind.rank);
+        };
+        if (std::none_of(std::begin(ranks), std::end(ranks), isType))
+            reader.fail(std::string("expected a list of ") + std::to_string(kind.components) + " values per entry as " +
+                        what + ", found '" + type + "'");
+    }
+    result.values = reader.scalars(what, kind.components, !kind.isScalar(), largestCount);
+    return result;
+}
+
+/// Reads "uniform ..." or "nonuniform ..." to its ";". Values that stand elsewhere, and cannot be found, are not known.
+FieldValues readValues(FoamReader& reader, const FieldKind& kind, const char* what, std::uint64_t largestCount,
+                       const Names& names)
 {
     FieldValues result;
     const std::string word = reader.seesMark() ? std::string() : reader.word(what);
-    if (word == "uniform" && !reader.sees('$') && !reader.sees('#')) {
-        if (!kind.isScalar())
-            reader.expect('(');
-        for (unsigned c = 0; c < kind.components; ++c)
-            result.values.push_back(reader.number(what));
-        if (!kind.isScalar())
-            reader.expect(')');
-        result.isUniform = true;
-    } else if (word == "nonuniform" && !reader.sees('$') && !reader.sees('#')) {
-        if (reader.sees('L')) {
-            const std::string type = reader.word("the type of a list");
-            const auto isType = [&](const Rank& rank) {
-                return type == std::string("List<") + rank.typeName + ">" && rank.className == std::string(kind.rank);
-            };
-            if (std::none_of(std::begin(ranks), std::end(ranks), isType))
-                reader.fail(std::string("expected a list of ") + std::to_string(kind.components) +
-                            " values per entry as " + what + ", found '" + type + "'");
-        }
-        result.values = reader.scalars(what, kind.components, !kind.isScalar(), largestCount);
-    } else {
+    const bool isElsewhere = reader.sees('$') || reader.sees('#');
+    if (word == "uniform" && reader.sees('$'))
+        result = resolve(reader, kind, what, "uniform ", reader.word(what), names);
+    else if (!word.empty() && word[0] == '$' && reader.sees(';'))
+        result = resolve(reader, kind, what, "", word, names);
+    else if (word == "uniform" && !isElsewhere)
+        result = readUniform(reader, kind, what);
+    else if (word == "nonuniform" && !isElsewhere)
+        result = readList(reader, kind, what, largestCount);
+    else {
         reader.skipEntry();
         return result;
     }
-    reader.expect(';');
-    result.isKnown = true;
+    result.isKnown = !result.values.empty() || (!result.isUniform && word == "nonuniform");
+    if (!result.isKnown)
+        reader.skipEntry();
+    else
+        reader.expect(';');
     return result;
 }
 
@@ -98,7 +158,28 @@ bool passOver(FoamReader& reader, const FoamToken& key)
     return true;
 }
 
-PatchValues readPatch(FoamReader& reader, const FoamToken& name, const FieldKind& kind, std::uint64_t faceCount)
+/// Adds the entries of a file that a field includes: one inside the case, named from the folder of the field.
+void include(FoamReader& reader, Names& names)
+{
+    namespace fs = std::filesystem;
+    const FoamToken argument = reader.next();
+    if (argument.kind != FoamToken::Text)
+        reader.failExpecting("the name of a file behind '#include'", argument);
+    const fs::path folder = fs::path(reader.path()).parent_path(); // of the time, which lies in the case
+    const fs::path file = (folder / argument.text).lexically_normal();
+    const std::string inCase = file.lexically_relative(folder.parent_path().lexically_normal()).string();
+    if (inCase.empty() || inCase.rfind("..", 0) == 0 || !ByteSource::exists(file.string()))
+        return;
+    ByteSource source(file.string());
+    FoamReader included(source);
+    included.readHeader();
+    for (const FoamDictionary::Entry& entry : FoamDictionary::read(included).entries)
+        if (entry.kind == FoamDictionary::Entry::Text)
+            names.texts[entry.name] = entry.text;
+}
+
+PatchValues readPatch(FoamReader& reader, const FoamToken& name, const FieldKind& kind, std::uint64_t faceCount,
+                      const Names& names)
 {
     PatchValues patch{name.text, name.kind == FoamToken::Text, {}, {}};
     reader.expect('{');
@@ -110,7 +191,7 @@ PatchValues readPatch(FoamReader& reader, const FoamToken& name, const FieldKind
         if (key.text == "type")
             patch.type = readWord(reader, "the type of a boundary condition");
         else if (key.text == "value")
-            patch.value = readValues(reader, kind, "boundary values", faceCount);
+            patch.value = readValues(reader, kind, "boundary values", faceCount, names);
         else
             reader.skipEntry();
     }
@@ -122,6 +203,28 @@ std::uint64_t innerCount(const PolyMesh& mesh, FieldKind::Place place)
     return place == FieldKind::Cells   ? mesh.cellCount
            : place == FieldKind::Faces ? mesh.interiorCount()
                                        : mesh.pointCount();
+}
+
+void readInner(FoamReader& reader, std::uint64_t count, Names& names, FieldFile& field)
+{
+    field.inner = readValues(reader, field.kind, "field values", count, names);
+    const std::uint64_t found = field.inner.values.size() / field.kind.components;
+    if (field.inner.isKnown && !field.inner.isUniform && found != count)
+        reader.fail("expected " + std::to_string(count) + " field values, found " + std::to_string(found));
+    if (field.inner.isUniform)
+        names.inner = field.inner;
+}
+
+void readBoundary(FoamReader& reader, std::uint64_t faceCount, const Names& names, FieldFile& field)
+{
+    reader.expect('{');
+    for (FoamToken name = reader.next(); !name.is('}'); name = reader.next()) {
+        if (passOver(reader, name))
+            continue;
+        if (name.kind == FoamToken::End || name.kind == FoamToken::Mark)
+            reader.failExpecting("the name of a patch", name);
+        field.patches.push_back(readPatch(reader, name, field.kind, faceCount, names));
+    }
 }
 
 /// Whether a name as a whole matches a pattern. Patterns that could take forever match nothing.
@@ -142,12 +245,11 @@ bool matches(const std::string& pattern, const std::string& name)
 
 FieldKind FieldKind::of(const std::string& className)
 {
-    const std::string inner = "::Internal";
-    std::string name = className;
-    const bool isInner =
-        name.size() > inner.size() && name.compare(name.size() - inner.size(), inner.size(), inner) == 0;
-    if (isInner)
-        name.resize(name.size() - inner.size());
+    const std::string name = className.substr(0, className.find("::"));
+    const std::string behind = className.substr(name.size());
+    const bool isInner = behind == "::Internal" || behind == "::DimensionedInternalField";
+    if (!isInner && !behind.empty())
+        return {};
     for (const auto& [prefix, place] :
          {std::pair{std::string("vol"), Cells}, {std::string("surface"), Faces}, {std::string("point"), Points}})
         for (const Rank& rank : ranks)
@@ -175,13 +277,13 @@ FieldHead FieldHead::read(const std::string& path)
     if (head.kind.place == FieldKind::None)
         return head;
     for (FoamToken key = reader.next(); key.kind != FoamToken::End; key = reader.next()) {
-        if (key.is("dimensions")) {
-            head.units = readUnits(reader);
-            break;
-        }
         if (key.is("internalField") || key.is("value"))
-            break; // the dimensions, if any, stand before
-        if (!passOver(reader, key))
+            break; // what belongs to the head stands before
+        if (key.is("dimensions"))
+            head.units = readUnits(reader);
+        else if (key.is("oriented"))
+            head.isOriented = readWord(reader, "whether the field is oriented") == "oriented";
+        else if (!passOver(reader, key))
             reader.skipEntry();
     }
     return head;
@@ -196,29 +298,25 @@ FieldFile FieldFile::read(const std::string& path, const PolyMesh& mesh)
     field.kind = FieldKind::of(reader.readHeader().className);
     if (field.kind.place == FieldKind::None)
         reader.fail("expected the class of a field, found '" + reader.header().className + "'");
-    const std::uint64_t count = innerCount(mesh, field.kind.place);
+    Names names;
     bool hasInner = false;
     for (FoamToken key = reader.next(); key.kind != FoamToken::End; key = reader.next()) {
+        if (key.is("#include")) {
+            include(reader, names);
+            continue;
+        }
         if (passOver(reader, key))
             continue;
         if (key.kind == FoamToken::Mark)
             reader.failExpecting("an entry of the field", key);
         if (key.text == "internalField" || (key.text == "value" && !field.kind.hasBoundary)) {
-            field.inner = readValues(reader, field.kind, "field values", count);
+            readInner(reader, innerCount(mesh, field.kind.place), names, field);
             hasInner = true;
-            const std::uint64_t found = field.inner.values.size() / field.kind.components;
-            if (field.inner.isKnown && !field.inner.isUniform && found != count)
-                reader.fail("expected " + std::to_string(count) + " field values, found " + std::to_string(found));
-        } else if (key.text == "boundaryField" && field.kind.hasBoundary) {
-            reader.expect('{');
-            for (FoamToken name = reader.next(); !name.is('}'); name = reader.next())
-                if (!passOver(reader, name)) {
-                    if (name.kind == FoamToken::End || name.kind == FoamToken::Mark)
-                        reader.failExpecting("the name of a patch", name);
-                    field.patches.push_back(readPatch(reader, name, field.kind, mesh.faceCount()));
-                }
-        } else
-            reader.skipEntry();
+        } else if (key.text == "boundaryField" && field.kind.hasBoundary)
+            readBoundary(reader, mesh.faceCount(), names, field);
+        else if (const FoamDictionary::Entry entry = FoamDictionary::readRest(reader, key);
+                 entry.kind == FoamDictionary::Entry::Text)
+            names.texts[entry.name] = entry.text;
     }
     if (!hasInner || !field.inner.isKnown)
         reader.fail(hasInner ? "expected values as internalField, found a reference to values elsewhere"
@@ -242,7 +340,7 @@ const PatchValues* FieldFile::entryOf(const PolyPatch& patch) const
                             : last([&](const PatchValues& p) { return p.isPattern && matches(p.name, patch.name); });
 }
 
-FieldFile::OnPatch FieldFile::onPatch(const PolyPatch& patch) const
+FieldFile::OnPatch FieldFile::sourceOn(const PolyPatch& patch) const
 {
     static constexpr std::array mirrors = {"slip", "symmetry", "symmetryPlane", "basicSymmetry", "wedge"};
     const PatchValues* entry = kind.hasBoundary && patch.type != "empty" ? entryOf(patch) : nullptr;
@@ -256,13 +354,24 @@ FieldFile::OnPatch FieldFile::onPatch(const PolyPatch& patch) const
         if (entry->type == "noSlip")
             return {OnPatch::Zero, nullptr};
     }
-    if (!entry->value.isKnown)
-        return {};
-    const std::uint64_t found = entry->value.values.size() / kind.components;
-    if (!entry->value.isUniform && found != patch.count)
-        throw FoamError(path + ": expected " + std::to_string(patch.count) + " boundary values of patch '" +
-                        patch.name + "', found " + std::to_string(found));
-    return {OnPatch::Stored, &entry->value};
+    return entry->value.isKnown ? OnPatch{OnPatch::Stored, entry} : OnPatch{};
 }
 
-} // namespace meridyn
+const PatchValues* FieldFile::storedOn(const PolyPatch& patch) const
+{
+    return sourceOn(patch).entry;
+}
+
+FieldFile::OnPatch FieldFile::onPatch(const PolyPatch& patch) const
+{
+    const OnPatch found = sourceOn(patch);
+    if (found.source != OnPatch::Stored)
+        return found;
+    const std::uint64_t count = found.entry->value.values.size() / kind.components;
+    if (!found.entry->value.isUniform && count != patch.count)
+        throw FoamError(path + ": expected " + std::to_string(patch.count) + " boundary values of patch '" +
+                        patch.name + "', found " + std::to_string(count));
+    return found;
+}
+
+} // namespace meridyn::polymesh

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 /// What the class of a field file says: where its values are and how many there are of each.
 struct FieldKind {
@@ -34,7 +34,8 @@ struct FieldKind {
 /// The head of a field file: what it holds, without its values.
 struct FieldHead {
     FieldKind kind;
-    std::string units; ///< in SI units, "m s^-1"; empty for a number without unit
+    std::string units;       ///< in SI units, "m s^-1", or the words of the file; empty for a number without unit
+    bool isOriented = false; ///< whether values on faces are counted along the normal
 
     /// Place None when the file is no field. @throws FoamError
     static FieldHead read(const std::string& path);
@@ -74,14 +75,18 @@ struct FieldFile {
             Stored
         };
         Source source = Unknown;
-        const FieldValues* stored = nullptr;
+        const PatchValues* entry = nullptr; ///< of Stored: where the values are
     };
+
+    /// The entry whose values are those on a patch; null where none are stored.
+    const PatchValues* storedOn(const PolyPatch& patch) const;
 
     /// @throws FoamError when the number of stored values is not that of the faces
     OnPatch onPatch(const PolyPatch& patch) const;
 
 private:
     const PatchValues* entryOf(const PolyPatch& patch) const;
+    OnPatch sourceOn(const PolyPatch& patch) const;
 };
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -2,11 +2,17 @@
 
 #include <algorithm>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
 constexpr int largestDepth = 64;
+
+/// Entries of a list that is kept as text; one with more is data, not a setting.
+constexpr std::uint64_t longestList = 1000;
+
+/// Bytes of an entry that is kept as text.
+constexpr std::size_t longestText = std::size_t{1} << 20U;
 
 /// Adds a token to the text of an entry.
 void append(std::string& text, const FoamToken& token)
@@ -18,43 +24,60 @@ void append(std::string& text, const FoamToken& token)
     text += token.kind == FoamToken::Text ? '"' + token.text + '"' : token.text;
 }
 
-/// The rest of an entry after its name: up to ";" outside all brackets.
-std::string restOfEntry(FoamReader& reader, FoamToken token)
+/// Reads the rest of an entry after its name: up to ";" outside all brackets. False when a list in it is longer than a
+/// dictionary keeps.
+bool readText(FoamReader& reader, FoamToken token, std::string& text)
 {
-    std::string text;
     int depth = 0;
+    bool isWhole = true;
     for (;; token = reader.next()) {
         if (token.kind == FoamToken::End)
             reader.failExpecting("';'", token);
         if (token.is(';') && depth == 0)
-            return text;
+            return isWhole;
         depth += token.is('(') || token.is('[') || token.is('{') ? 1 : 0;
         depth -= token.is(')') || token.is(']') || token.is('}') ? 1 : 0;
         if (depth < 0)
             reader.failExpecting("';'", token);
-        append(text, token);
+        if (token.kind == FoamToken::Word && token.text.compare(0, 5, "List<") == 0) {
+            const std::optional<std::string> list = reader.listText(token.text, longestList);
+            isWhole = isWhole && list;
+            token.text = list.value_or("");
+        }
+        if (text.size() > longestText)
+            isWhole = false;
+        if (isWhole)
+            append(text, token);
     }
 }
 
-/// Reads one entry whose name was taken.
-void readEntry(FoamReader& reader, const std::string& name, int depth, FoamDictionary& dictionary)
+} // namespace
+
+FoamDictionary::Entry FoamDictionary::readRest(FoamReader& reader, const FoamToken& name, int depth)
 {
-    if (name[0] == '#') { // a directive: its argument is one token, and nothing is included or computed
-        reader.next();
-        return;
+    Entry entry;
+    entry.isQuoted = name.kind == FoamToken::Text;
+    entry.name = entry.isQuoted ? '"' + name.text + '"' : name.text;
+    if (!entry.isQuoted && name.text[0] == '#') { // its argument is one token, and nothing is included or computed
+        append(entry.name, reader.next());
+        entry.kind = Entry::Directive;
+        return entry;
     }
-    FoamDictionary::Entry entry;
-    entry.name = name;
     FoamToken token = reader.next();
     if (token.is('{')) {
-        entry.isDictionary = true;
-        entry.dictionary = FoamDictionary::readBlock(reader, depth + 1);
-    } else if (name[0] == '$' && token.is(';'))
-        return; // brings in entries from elsewhere
-    else
-        entry.text = restOfEntry(reader, std::move(token));
-    dictionary.entries.push_back(std::move(entry));
+        entry.kind = Entry::Dictionary;
+        entry.dictionary = readBlock(reader, depth + 1);
+    } else if (!entry.isQuoted && name.text[0] == '$' && token.is(';')) {
+        entry.kind = Entry::Directive;
+        entry.name += ';';
+    } else if (!readText(reader, std::move(token), entry.text)) {
+        entry.kind = Entry::LongList;
+        entry.text.clear();
+    }
+    return entry;
 }
+
+namespace {
 
 FoamDictionary readEntries(FoamReader& reader, int depth)
 {
@@ -71,7 +94,7 @@ FoamDictionary readEntries(FoamReader& reader, int depth)
             continue;
         if ((token.kind != FoamToken::Word && token.kind != FoamToken::Text) || token.text.empty())
             reader.failExpecting("the name of an entry", token);
-        readEntry(reader, token.text, depth, dictionary);
+        dictionary.entries.push_back(FoamDictionary::readRest(reader, token, depth));
     }
 }
 
@@ -87,7 +110,7 @@ const FoamDictionary::Entry* FoamDictionary::find(const std::string& name) const
 std::string FoamDictionary::text(const std::string& name, const std::string& otherwise) const
 {
     const Entry* entry = find(name);
-    return entry != nullptr && !entry->isDictionary ? entry->text : otherwise;
+    return entry != nullptr && entry->kind == Entry::Text ? entry->text : otherwise;
 }
 
 FoamDictionary FoamDictionary::read(FoamReader& reader)
@@ -100,4 +123,4 @@ FoamDictionary FoamDictionary::readBlock(FoamReader& reader, int depth)
     return readEntries(reader, depth);
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

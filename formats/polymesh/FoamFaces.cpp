@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -109,32 +109,4 @@ void FoamReader::plainFaces(std::vector<std::uint64_t>& offsets, std::vector<std
     }
 }
 
-void FoamReader::skipList(const std::string& type)
-{
-    if (!_header.isBinary || type.size() < 6 || type.back() != '>')
-        return; // text: the marks are told apart by whoever skips the entry
-    const std::string entry = type.substr(5, type.size() - 6);
-    const std::uint64_t bytes = entry == "label"  ? _header.labelBytes
-                                : entry == "bool" ? 1
-                                                  : std::uint64_t{foamComponents(entry)} * _header.scalarBytes;
-    if (bytes == 0 || seesMark())
-        return;
-    const Opening opening = open("values to be passed over", bytes, FoamReader::anyCount);
-    if (!isRaw(opening)) {
-        for (FoamToken token = opening.isCountAlone ? FoamToken{FoamToken::Mark, ")"} : next();
-             !token.is(')') && !token.is('}'); token = next())
-            if (token.kind == FoamToken::End)
-                failExpecting("the end of a list", token);
-        return;
-    }
-    _inRawData = true;
-    std::vector<char> piece(std::min<std::uint64_t>(opening.count * bytes, std::uint64_t{1} << 16));
-    for (std::uint64_t left = opening.count * bytes; left > 0;) {
-        const std::uint64_t count = std::min<std::uint64_t>(left, piece.size());
-        rawBytes(piece.data(), count);
-        left -= count;
-    }
-    endRaw();
-}
-
-} // namespace meridyn
+} // namespace meridyn::polymesh

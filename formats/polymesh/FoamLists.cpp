@@ -5,8 +5,9 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <utility>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -40,6 +41,17 @@ void FoamReader::rawBytes(char* to, std::uint64_t count)
              " on, found " + std::to_string(got));
 }
 
+/// Numbers as the machine has them that wrote the file, in the order of bytes of this one.
+template <class Number>
+void FoamReader::rawNumbers(Number* to, std::uint64_t count)
+{
+    char* const bytes = reinterpret_cast<char*>(to);
+    rawBytes(bytes, count * sizeof(Number));
+    if (_header.isBigEndian)
+        for (std::uint64_t n = 0; n < count; ++n)
+            std::reverse(bytes + n * sizeof(Number), bytes + (n + 1) * sizeof(Number));
+}
+
 void FoamReader::rawLabels(std::uint64_t count, std::vector<std::uint32_t>& values)
 {
     _inRawData = true;
@@ -49,10 +61,10 @@ void FoamReader::rawLabels(std::uint64_t count, std::vector<std::uint32_t>& valu
         const std::size_t from = values.size();
         values.resize(from + piece);
         if (_header.labelBytes == 4)
-            rawBytes(reinterpret_cast<char*>(values.data() + from), piece * 4); // negative ones become too large
+            rawNumbers(values.data() + from, piece); // negative ones become too large
         else {
             wide.resize(piece);
-            rawBytes(reinterpret_cast<char*>(wide.data()), piece * 8);
+            rawNumbers(wide.data(), piece);
             std::transform(
                 wide.begin(), wide.end(), values.begin() + static_cast<std::ptrdiff_t>(from),
                 [](auto label) { return label < 0 || label >= noLabel ? noLabel : static_cast<std::uint32_t>(label); });
@@ -70,10 +82,10 @@ void FoamReader::rawScalars(std::uint64_t count, std::vector<double>& values)
         const std::size_t from = values.size();
         values.resize(from + piece);
         if (_header.scalarBytes == 8)
-            rawBytes(reinterpret_cast<char*>(values.data() + from), piece * 8);
+            rawNumbers(values.data() + from, piece);
         else {
             narrow.resize(piece);
-            rawBytes(reinterpret_cast<char*>(narrow.data()), piece * 4);
+            rawNumbers(narrow.data(), piece);
             std::copy(narrow.begin(), narrow.end(), values.begin() + static_cast<std::ptrdiff_t>(from));
         }
         done += piece;
@@ -208,6 +220,14 @@ std::vector<std::uint32_t> FoamReader::labels(const char* what, std::uint64_t li
     return values;
 }
 
+std::vector<std::uint32_t> FoamReader::textLabels(const char* what, std::uint64_t limit, std::uint64_t largestCount)
+{
+    const bool wasBinary = std::exchange(_header.isBinary, false);
+    std::vector<std::uint32_t> values = labels(what, limit, largestCount); // what it throws ends the use of the reader
+    _header.isBinary = wasBinary;
+    return values;
+}
+
 std::vector<double> FoamReader::scalars(const char* what, unsigned components, bool inParentheses,
                                         std::uint64_t largestCount)
 {
@@ -236,4 +256,4 @@ std::vector<double> FoamReader::scalars(const char* what, unsigned components, b
     return values;
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -6,7 +6,7 @@
 #include <charconv>
 #include <cstring>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -226,6 +226,10 @@ double FoamReader::number(const char* what)
 
 const FoamHeader& FoamReader::readHeader()
 {
+    while (sees('#')) { // nothing is included; what stands behind is the file's own
+        const std::string directive = word("a directive");
+        _header.directives.push_back(directive + " \"" + word("something behind a directive") + '"');
+    }
     if (!sees('F') || !_source.ensure(8) || std::memcmp(_source.begin(), "FoamFile", 8) != 0)
         return _header;
     next();
@@ -244,9 +248,12 @@ const FoamHeader& FoamReader::readHeader()
             _header.isBinary = value == "binary";
         } else if (key == "class")
             _header.className = value;
+        else if (key == "version")
+            _header.version = value;
+        else if (key == "note")
+            _header.note = value;
         else if (key == "arch") {
-            if (value.find("MSB") != std::string::npos)
-                fail("expected little-endian data (LSB), found '" + shortened(value) + "'");
+            _header.isBigEndian = value.find("MSB") != std::string::npos;
             _header.labelBytes = value.find("label=64") != std::string::npos ? 8 : 4;
             _header.scalarBytes = value.find("scalar=32") != std::string::npos ? 4 : 8;
         }
@@ -291,4 +298,4 @@ void FoamReader::skipEntry()
     }
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -3,11 +3,12 @@
 #include "ByteSource.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 /// A word, number, quoted text or one of the marks ( ) { } [ ] ; of a file.
 struct FoamToken {
@@ -26,8 +27,12 @@ struct FoamToken {
 
 /// What the entry FoamFile at the head of a file says.
 struct FoamHeader {
-    std::string className; ///< empty when the file has no such entry
+    std::string className;               ///< empty when the file has no such entry
+    std::string version;                 ///< of the file format, "2.0"
+    std::string note;                    ///< what people wrote into it
+    std::vector<std::string> directives; ///< "#include "file"" and its like in front of the head
     bool isBinary = false;
+    bool isBigEndian = false; ///< the order of bytes in binary data
     unsigned labelBytes = 4;
     unsigned scalarBytes = 8;
 };
@@ -49,6 +54,7 @@ public:
     const FoamHeader& readHeader(const std::vector<std::string>& classNames);
 
     const FoamHeader& header() const { return _header; }
+    const std::string& path() const { return _source.path(); }
 
     FoamToken next();
 
@@ -74,6 +80,10 @@ public:
     /// Passes over the rest of a list whose type name, like "List<vector>", was just taken.
     void skipList(const std::string& type);
 
+    /// The rest of a list whose type name was just taken, as text: "3(1 2 3)", also where it is in binary form. None,
+    /// and the list is passed over, when it has more entries than that.
+    std::optional<std::string> listText(const std::string& type, std::uint64_t largestCount);
+
     /// A list of labels, each below `limit`: "n ( a b c )", "( a b c )", "n { a }" or binary.
     ///
     /// @param largestCount  more entries are an error
@@ -84,6 +94,9 @@ public:
     ///
     /// @param inParentheses  whether entries in text form stand in parentheses, as all but plain numbers do
     std::vector<double> scalars(const char* what, unsigned components, bool inParentheses, std::uint64_t largestCount);
+
+    /// The same list in text form, whatever the form of the file: as sets of labels are written.
+    std::vector<std::uint32_t> textLabels(const char* what, std::uint64_t limit, std::uint64_t largestCount);
 
     /// A list of yes and no, as 1 and 0.
     std::vector<unsigned char> flags(const char* what, std::uint64_t largestCount);
@@ -120,6 +133,10 @@ private:
     void checkLabels(const char* what, const std::vector<std::uint32_t>& values, std::size_t from, std::uint64_t limit);
     void rawScalars(std::uint64_t count, std::vector<double>& values);
     void rawBytes(char* to, std::uint64_t count);
+    template <class Number>
+    void rawNumbers(Number* to, std::uint64_t count);
+    void skipRaw(std::uint64_t bytes);
+    void skipText();
     std::string context() const;
     void compactFaces(std::vector<std::uint64_t>& offsets, std::vector<std::uint32_t>& nodes, std::uint64_t limit);
     void plainFaces(std::vector<std::uint64_t>& offsets, std::vector<std::uint32_t>& nodes, std::uint64_t limit);
@@ -135,4 +152,4 @@ unsigned foamComponents(std::string_view type);
 /// Reads a number that fills the whole text.
 bool foamNumber(std::string_view text, double& value);
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -8,7 +8,7 @@
 #include <exception>
 #include <string>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 /// Runs a step of the reader; whatever goes wrong in it becomes a KelError, and the answer false.
 template <class Act>
@@ -25,4 +25,4 @@ bool guarded(const KelBase& reader, const char* operation, const Act& act)
     return false;
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -1,17 +1,22 @@
 // Opening and declaring; the values of the mesh, of the solution and of sets are in files of their own.
 #include "KelPolyMeshProvider.h"
 
+#include "CaseLedger.h"
 #include "FoamError.h"
 #include "Guarded.h"
 #include "KelLocationModel.h"
 #include "KelPolyMeshSettingsParser.h"
 #include "PolyMeshCase.h"
+#include "RangeFilling.h"
 
 #include <algorithm>
-#include <list>
-#include <set>
+#include <map>
+#include <span>
+#include <utility>
 
 namespace meridyn {
+
+using namespace polymesh;
 
 namespace {
 
@@ -45,13 +50,6 @@ bool KelPolyMeshProvider::understands(const std::string& path)
 
 // ---- the case -----------------------------------------------------------------------------------------------------
 
-const PolyZone* KelPolyMeshProvider::Case::zone(int id) const
-{
-    const auto found =
-        std::find_if(mesh->zones.begin(), mesh->zones.end(), [id](const PolyZone& zone) { return zone.id == id; });
-    return found != mesh->zones.end() ? &*found : nullptr;
-}
-
 void KelPolyMeshProvider::Case::readMesh(std::size_t number)
 {
     auto read = std::make_unique<PolyMesh>(PolyMesh::read(folder, number));
@@ -69,7 +67,7 @@ void KelPolyMeshProvider::Case::readMesh(std::size_t number)
 void KelPolyMeshProvider::Case::makeSets()
 {
     sets.clear();
-    const auto add = [this](const std::vector<PolySelection>& zones, KelZoneCategory elements, const char* kind) {
+    const auto add = [this](std::span<const PolySelection> zones, KelZoneCategory elements, const char* kind) {
         for (const PolySelection& zone : zones) {
             std::string name = zone.name;
             while (std::any_of(sets.begin(), sets.end(), [&name](const Set& other) { return other.name == name; }))
@@ -81,6 +79,8 @@ void KelPolyMeshProvider::Case::makeSets()
     add(mesh->pointZones, KEL_NODE_ZONE, "points");
     if (mesh->hasOverlappingCellZones)
         add(mesh->cellZones, KEL_CELL_ZONE, "cells");
+    for (const PolySelection& one : mesh->sets)
+        add({&one, 1}, one.category, "set");
 }
 
 // ---- opening and declaring ----------------------------------------------------------------------------------------
@@ -111,7 +111,7 @@ bool KelPolyMeshProvider::openData(KelDataClass dataClass, const std::string& fi
         unsigned64 dimension = 0;
         getMeshSize(KEL_MESH_DIMENSION, dimension);
         if (dataClass == KEL_CASE || isNewMesh || dimension == 0)
-            declareMesh();
+            declareOpenMesh();
         if (dataClass == KEL_CASE)
             readSettings();
         else
@@ -151,73 +151,79 @@ bool KelPolyMeshProvider::updateData(KelDataClass dataClass)
             _case->readMesh(number);
         unsigned64 dimension = 0;
         getMeshSize(KEL_MESH_DIMENSION, dimension);
-        return dimension == 0 && !declareMesh() ? false : dataClass == KEL_CASE || declareSolution();
+        return dimension == 0 && !declareOpenMesh() ? false : dataClass == KEL_CASE || declareSolution();
     });
 }
 
-bool KelPolyMeshProvider::declareMesh()
+bool KelPolyMeshProvider::declareOpenMesh()
 {
-    const PolyMesh& mesh = *_case->mesh;
-    setMeshSize(3, mesh.pointCount(), 0, mesh.faceCount(), mesh.cellCount);
-    setMeshUnits("m");
-    for (const KelZoneCategory category : {KEL_NODE_ZONE, KEL_FACE_ZONE, KEL_CELL_ZONE}) {
-        std::vector<int> ids;
-        for (const PolyZone& zone : mesh.zones)
-            if (zone.category == category)
-                ids.push_back(zone.id);
-        setZoneIds(category, ids);
-    }
-    for (const PolyZone& zone : mesh.zones) {
-        if (zone.last >= zone.first) {
-            setZoneSizeInfo(zone.id, KEL_ZONE_FIRST_ID, zone.first);
-            setZoneSizeInfo(zone.id, KEL_ZONE_LAST_ID, zone.last);
-        }
-        setZoneStringInfo(zone.id, KEL_ZONE_STRING_0, zone.name);
-        setZoneStringInfo(zone.id, KEL_ZONE_STRING_1, zone.kind);
-        if (zone.category == KEL_FACE_ZONE)
-            setFaceZoneType(zone.id, zone.faceType);
-    }
-    if (_wasDeclared) { // KelBase asks for these once only
-        setZoneAdjacency();
+    declareMesh(_case->describeMesh());
+    if (_wasDeclared) // KelBase asks for it once only
         initLocationModel();
-    }
     _wasDeclared = true;
+    for (const auto& [file, problem] : _case->mesh->badSets) {
+        const std::string place = file.substr(_case->folder.path().size() + 1);
+        noteNotRead(KEL_CASE, {KEL_FAMILY_SETS, place, KelNotRead::NotReadable, problem});
+        getMessageRegistrar()->registerMessage(KelWarning("set left out: " + file + ": " + problem, "openData"));
+    }
     return true;
 }
 
-void KelPolyMeshProvider::setZoneAdjacency()
+KelMeshDescription KelPolyMeshProvider::Case::describeMesh() const
 {
-    if (!_case)
-        return;
-    const PolyMesh& mesh = *_case->mesh;
-    std::vector<const PolyZone*> cellZones;
-    for (const PolyZone& zone : mesh.zones)
-        if (zone.category == KEL_CELL_ZONE)
+    KelMeshDescription description;
+    const unsigned64 sizes[] = {3, mesh->pointCount(), 0, mesh->faceCount(), mesh->cellCount};
+    std::copy(std::begin(sizes), std::end(sizes), description.sizes);
+    description.units = "m";
+    for (const PolyZone& zone : mesh->zones) {
+        KelZoneDescription one = freshZone(zone.category, zone.id);
+        one.texts[0] = zone.name;
+        one.texts[1] = zone.kind;
+        if (zone.last >= zone.first) {
+            one.first = zone.first;
+            one.last = zone.last;
+        }
+        if (zone.category == KEL_FACE_ZONE)
+            one.infos[KEL_FACE_ZONE_INFO_TYPE] = zone.faceType;
+        description.zones.push_back(std::move(one));
+    }
+    describeNeighbours(description);
+    return description;
+}
+
+/// Looks at the cells beside each face. Cells are ordered by zones, so that a cell's zone is found by its place.
+void KelPolyMeshProvider::Case::describeNeighbours(KelMeshDescription& description) const
+{
+    std::vector<KelZoneDescription*> cellZones;
+    for (KelZoneDescription& zone : description.zones)
+        if (zone.category == KEL_CELL_ZONE && zone.first > 0)
             cellZones.push_back(&zone);
     const auto zoneOf = [&](std::uint32_t cell) {
-        const auto found = std::find_if(cellZones.begin(), cellZones.end(),
-                                        [cell](const PolyZone* zone) { return cell < zone->last; });
-        return (*found)->id;
+        return *std::find_if(cellZones.begin(), cellZones.end(),
+                             [cell](const auto* zone) { return cell < zone->last; });
     };
-    std::map<int, std::list<int>> side0, side1, around;
-    for (const PolyZone& zone : mesh.zones) {
-        if (zone.category != KEL_FACE_ZONE || zone.last < zone.first)
+    for (KelZoneDescription& zone : description.zones) {
+        if (zone.category != KEL_FACE_ZONE || zone.first == 0)
             continue;
-        std::set<int> near, far;
+        std::map<int, KelZoneDescription*> beside[2]; // ascending by id
+        const KelZoneDescription* last[2] = {};       // nearly always the same for many faces
+        const auto add = [&](int side, std::uint32_t cell) {
+            KelZoneDescription* const cells = zoneOf(cell);
+            if (cells != std::exchange(last[side], cells))
+                beside[side].emplace(cells->id, cells);
+        };
         for (std::uint64_t face = zone.first - 1; face < zone.last; ++face) {
-            near.insert(zoneOf(mesh.owner[face]));
-            if (face < mesh.interiorCount())
-                far.insert(zoneOf(mesh.neighbour[face]));
+            add(0, mesh->owner[face]);
+            if (face < mesh->interiorCount())
+                add(1, mesh->neighbour[face]);
         }
-        side0[zone.id].assign(near.begin(), near.end());
-        side1[zone.id].assign(far.begin(), far.end());
-        near.insert(far.begin(), far.end());
-        for (const int cellZone : near)
-            around[cellZone].push_back(zone.id);
+        for (int side = 0; side < 2; ++side)
+            for (const auto& [id, cells] : beside[side])
+                zone.neighbours[side].push_back(id);
+        beside[0].merge(beside[1]);
+        for (const auto& [id, cells] : beside[0])
+            cells->neighbours[0].push_back(zone.id);
     }
-    setFaceCellZone0Ids(side0);
-    setFaceCellZone1Ids(side1);
-    setCellFaceZoneIds(around);
 }
 
 /// A face of the model has one use per side, so a patch beside several cell zones stays without.
@@ -253,6 +259,36 @@ void KelPolyMeshProvider::initLocationModel() const
                 model.createFaceUse(body, face, 0, use))
                 model.setFaceUseZoneSides(use, 0, {zone.id});
     }
+}
+
+std::vector<KelSourceItem> KelPolyMeshProvider::notHandedOver(KelDataClass dataClass) const
+{
+    std::vector<KelSourceItem> items = KelFormatProvider::notHandedOver(dataClass);
+    if (!_case || !_case->isOpen[dataClass == KEL_DATA ? 1 : 0])
+        return items;
+    const auto isNoted = [noted =
+                              items](const KelSourceItem& item) { // the same mistake, met in reading a field or a set
+        return std::any_of(noted.begin(), noted.end(), [&](const KelSourceItem& other) {
+            return other.place == item.place && other.text == item.text;
+        });
+    };
+    for (KelSourceItem& item : ledgerOf(_case->folder, _case->settingsOf(dataClass), dataClass))
+        if (!isNoted(item))
+            items.push_back(std::move(item));
+    return items;
+}
+
+/// Where zones put cells into another order, the labels of the case are their ids elsewhere.
+unsigned64 KelPolyMeshProvider::getLocalElemIdsInZone(int zoneId, unsigned64* ids, unsigned64 capacity) const
+{
+    std::vector<int> zones;
+    getZoneIds(KEL_CELL_ZONE, zones);
+    if (!_case || _case->mesh->caseCells.empty() || std::find(zones.begin(), zones.end(), zoneId) == zones.end())
+        return 0;
+    const auto [first, last] = rangeOfZone(zoneId);
+    return first == 0 ? 0 : fillSingle(first, last, {ids, capacity}, [this](unsigned64 id) {
+        return _case->mesh->caseCells[id - 1] + unsigned64{1};
+    });
 }
 
 std::vector<KelMeshKey> KelPolyMeshProvider::meshKeys(KelDataClass) const

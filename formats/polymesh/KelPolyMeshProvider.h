@@ -10,14 +10,16 @@ namespace meridyn {
 
 /// Reader of OpenFOAM cases: the folder of a case takes the place of the file name, for the case and for the data.
 ///
-/// Reads constant/polyMesh and the polyMesh folders of times, and the fields in the folders of times; in text or binary
-/// form (little-endian, both widths of labels and of scalars), plain or compressed with gzip. Nothing is written, and a
-/// case that has been decomposed has to be put together first.
+/// Reads constant/polyMesh and the polyMesh folders of times, the fields in the folders of times, and dictionaries; in
+/// text or binary form (both orders of bytes, both widths of labels and of scalars), plain or compressed with gzip.
+/// Nothing is written, and a case that has been decomposed has to be put together first. What is not read is named by
+/// notHandedOver.
 ///
 /// Meshes    Mesh id 1 is the oldest mesh (constant, as a rule); each time that has points or faces of its own in a
 ///           folder polyMesh adds one, in the order of the times. The target is the default one; there are no
 ///           partitions.
-/// Ids       Points and faces keep their order: id = label + 1. Cells are put in the order of the zones.
+/// Ids       Points and faces keep their order: id = label + 1. Cells are put in the order of the zones; where that
+///           changes their order, local ids are the labels of the case + 1.
 /// Zones     Node zone 1 "nodes"; face zone 2 "interior"; from 3 on a face zone per patch; behind them a cell zone per
 ///           cellZone, and "cells" for cells that are in none. A cell in several belongs to the first. Zone string 1 is
 ///           the type of the patch. A zone without elements has no ids.
@@ -26,15 +28,18 @@ namespace meridyn {
 ///           into the cell, then the apex or the opposite nodes. All other cells are polyhedra, with 0 nodes. All have
 ///           faces.
 /// Sets      faceZones and pointZones, which may overlap, are sets of the case; "flipMap" is a variable of a face
-///           zone's set, 1 where the face counts as turned. Where cellZones overlap, they are sets as well.
+///           zone's set, 1 where the face counts as turned. Where cellZones overlap, they are sets as well; so are the
+///           files in polyMesh/sets.
 /// Times     Time level n is the n-th time folder by value, from 0. The group "timeLevels" of the data settings has the
-///           name of each folder by level.
+///           physical time of each level: of <time>/uniform/time, else the number that the folder is named by.
 /// Phases    One, "phase-1"; or, where fields are named like alpha.water or U.water, one per such ending, and the
 ///           mixture for fields without one.
 /// Variables Each field is a variable of its name; vectors have 3 values per element, tensors 6 or 9, and the attribute
 ///           "Component Names". Fields of cells have their boundary values on the face zones of the patches.
-/// Settings  Dictionaries in system and constant are settings of the case: the dictionary's name is the group, the path
-///           in it the key. The same are settings of this object, through the parser KelPolyMeshProvider::parserName.
+/// Settings  A file is a group by its path in the case, an entry a key by its path in the file: dictionaries and
+/// entries
+///           of patches are settings of the case, boundary conditions and dictionaries of times settings of the data.
+///           Dictionaries of the case are settings of this object as well, through KelPolyMeshProvider::parserName.
 /// Reports   A file that cannot be read posts a KelError that names it, the line or byte, what was expected and what
 ///           was found; the call then gives false or 0. A range that holds an id outside the mesh gives nothing; a
 ///           buffer too small for a range gets the whole elements that fit.
@@ -50,6 +55,10 @@ public:
 
     /// Whether a path is the folder of a case with a mesh.
     static bool understands(const std::string& path);
+
+    /// Every file of the case that is not opened, and every entry that is not handed over. Goes through all files of
+    /// the case, passing over their lists of numbers.
+    std::vector<KelSourceItem> notHandedOver(KelDataClass dataClass) const override;
 
     // clang-format off
     bool isReadingData() const override;
@@ -72,13 +81,13 @@ public:
     void getSettingsKeysOfGroup(KelDataClass dataClass, const std::string& group, std::vector<std::string>& keys) const override;
     void getSettingString(KelDataClass dataClass, const std::string& key, std::string& text, const std::string& group) const override;
     KelSetting getSetting(const std::string& key, KelDataClass dataClass, const std::string& group) const override;
+    unsigned64 getLocalElemIdsInZone(int zoneId, unsigned64* ids, unsigned64 capacity) const override;
     // clang-format on
 
 protected:
     bool openData(KelDataClass dataClass, const std::string& fileName) override;
     bool closeData(KelDataClass dataClass) override;
     bool updateData(KelDataClass dataClass) override;
-    void setZoneAdjacency() override;
     void initLocationModel() const override;
 
     std::vector<KelMeshKey> meshKeys(KelDataClass dataClass) const override;
@@ -89,8 +98,9 @@ protected:
 private:
     struct Case;
 
-    bool declareMesh();
+    bool declareOpenMesh();
     bool declareSolution();
+    bool readField(std::size_t number);
     void readSettings();
 
     std::unique_ptr<Case> _case;

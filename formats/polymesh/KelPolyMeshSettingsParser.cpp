@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -22,9 +22,9 @@ void collect(const FoamDictionary& dictionary, const std::string& path, Values& 
 {
     for (const FoamDictionary::Entry& entry : dictionary.entries) {
         const std::string name = path.empty() ? entry.name : path + "/" + entry.name;
-        if (entry.isDictionary)
+        if (entry.kind == FoamDictionary::Entry::Dictionary)
             collect(entry.dictionary, name, values);
-        else
+        else if (entry.kind == FoamDictionary::Entry::Text)
             values.emplace_back(name, unquoted(entry.text));
     }
 }
@@ -80,4 +80,4 @@ bool KelPolyMeshSettingsParser::parseSettingsDataSet(KelDataClass, const std::st
     }
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 /// Turns dictionaries into settings: text 1 is the name of the dictionary and stands before every path, text 2 is its
 /// text. Dictionaries within it are groups; values are kept as they are written, without quotes where one text is all.
@@ -33,4 +33,4 @@ public:
     static std::vector<std::pair<std::string, std::string>> values(const std::string& name, const std::string& text);
 };
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -10,7 +10,7 @@
 #include <charconv>
 #include <sstream>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -58,18 +58,6 @@ void checkCells(const std::string& ownerPath, PolyMesh& mesh)
     if (loose != isBounded.end())
         throw FoamError(ownerPath + ": expected each of the cells 0 to " + std::to_string(largest) +
                         " to have faces, found none of cell " + std::to_string(loose - isBounded.begin()));
-}
-
-std::vector<std::string> wordsInParentheses(const std::string& text)
-{
-    const std::size_t from = text.find('('), to = text.find(')');
-    std::vector<std::string> words;
-    if (from == std::string::npos || to == std::string::npos || to < from)
-        return words;
-    std::istringstream stream(text.substr(from + 1, to - from - 1));
-    for (std::string word; stream >> word;)
-        words.push_back(word);
-    return words;
 }
 
 std::uint64_t sizeOf(const FoamReader& reader, const FoamDictionary& dictionary, const std::string& patch,
@@ -165,7 +153,46 @@ std::vector<PolySelection> readZones(const std::string& path, const std::string&
     return zones;
 }
 
+/// Reads a file of the folder "sets": the labels stand there as text, also in cases in binary form.
+PolySelection readSet(const std::string& path, const PolyMesh& mesh)
+{
+    PolySelection set;
+    set.name = path.substr(path.rfind('/') + 1);
+    ByteSource source(path);
+    FoamReader reader(source);
+    const std::string className = reader.readHeader({"cellSet", "faceSet", "pointSet"}).className;
+    set.category = className == "cellSet" ? KEL_CELL_ZONE : className == "faceSet" ? KEL_FACE_ZONE : KEL_NODE_ZONE;
+    const std::uint64_t limit = className == "cellSet"   ? mesh.cellCount
+                                : className == "faceSet" ? mesh.faceCount()
+                                                         : mesh.pointCount();
+    set.labels = reader.textLabels("members of a set", limit, limit);
+    return set;
+}
+
+/// Sets are made by hand and by the way; one that does not fit the mesh is left out, as the mesh does not need it.
+void readSets(const std::vector<std::string>& paths, PolyMesh& mesh)
+{
+    for (const std::string& path : paths)
+        try {
+            mesh.sets.push_back(readSet(path, mesh));
+        } catch (const FoamError& error) {
+            mesh.badSets.emplace_back(path, error.withoutPath(path));
+        }
+}
+
 } // namespace
+
+std::vector<std::string> wordsInParentheses(const std::string& text)
+{
+    const std::size_t from = text.find('('), to = text.find(')');
+    std::vector<std::string> words;
+    if (from == std::string::npos || to == std::string::npos || to < from)
+        return words;
+    std::istringstream stream(text.substr(from + 1, to - from - 1));
+    for (std::string word; stream >> word;)
+        words.push_back(word);
+    return words;
+}
 
 const PolyPatch* PolyMesh::partner(const PolyPatch& patch) const
 {
@@ -191,8 +218,9 @@ PolyMesh PolyMesh::read(const CaseFolder& folder, std::size_t number)
     mesh.cellZones = readZones(file("cellZones"), "cellLabels", "cells of a zone", mesh.cellCount);
     mesh.faceZones = readZones(file("faceZones"), "faceLabels", "faces of a zone", faceCount);
     mesh.pointZones = readZones(file("pointZones"), "pointLabels", "points of a zone", mesh.pointCount());
+    readSets(folder.setsOfMesh(number), mesh);
     mapZones(mesh);
     return mesh;
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -5,9 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 class CaseFolder;
 
@@ -26,6 +27,7 @@ struct PolySelection {
     std::string name;
     std::vector<std::uint32_t> labels;
     std::vector<unsigned char> flips; ///< of faces only: 1 where the face counts as turned
+    KelZoneCategory category = KEL_CELL_ZONE;
 };
 
 /// A zone as it is declared to clients; ids count from 1, `last` < `first` when the zone is empty.
@@ -48,6 +50,8 @@ struct PolyMesh {
     std::vector<std::uint32_t> neighbour; ///< of the interior faces, which come first
     std::vector<PolyPatch> patches;
     std::vector<PolySelection> cellZones, faceZones, pointZones;
+    std::vector<PolySelection> sets;                          ///< of cells, faces and points
+    std::vector<std::pair<std::string, std::string>> badSets; ///< files of sets that cannot be read, and why
     std::vector<std::uint32_t> caseCells; ///< the case's label of each cell; empty when nothing was reordered
     std::vector<PolyZone> zones;
     std::uint64_t cellCount = 0;
@@ -64,7 +68,10 @@ struct PolyMesh {
     static PolyMesh read(const CaseFolder& folder, std::size_t mesh);
 };
 
+/// The words in "2(wall hot)".
+std::vector<std::string> wordsInParentheses(const std::string& text);
+
 /// Makes the zones of a mesh that was just read, and puts its cells in their order.
 void mapZones(PolyMesh& mesh);
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -2,6 +2,7 @@
 
 #include "ByteSource.h"
 #include "CaseFolder.h"
+#include "CaseSettings.h"
 #include "CellShapes.h"
 #include "FieldCatalog.h"
 #include "FieldFile.h"
@@ -19,39 +20,45 @@ namespace meridyn {
 /// What the reader knows about the case that is open.
 struct KelPolyMeshProvider::Case {
     explicit Case(const std::string& path) : folder(path) {}
+    Case(const Case&) = delete; // its parts refer to its folder
+    Case& operator=(const Case&) = delete;
 
     /// A set of the case: a zone that may overlap others.
     struct Set {
         std::string name;
         KelZoneCategory category;
-        const PolySelection* members;
+        const polymesh::PolySelection* members;
     };
 
-    CaseFolder folder;
+    polymesh::CaseFolder folder;
     std::size_t meshNumber = 0;
-    std::unique_ptr<PolyMesh> mesh;
+    std::unique_ptr<polymesh::PolyMesh> mesh;
 
-    std::unique_ptr<CellShapes> shapes;
+    std::unique_ptr<polymesh::CellShapes> shapes;
 
-    FieldCatalog catalog;
+    polymesh::FieldCatalog catalog;
     std::map<int, std::size_t> variables; ///< by variable id: the place of its field in the catalog
 
     // The field that was read last, and its time level.
-    std::unique_ptr<FieldFile> field;
+    std::unique_ptr<polymesh::FieldFile> field;
     std::size_t fieldNumber = 0;
     int fieldLevel = -1;
 
     // The variable that is being read.
     bool isReadingVariable = false;
     KelZoneCategory category = KEL_CELL_ZONE;
-    std::vector<std::pair<const PolyPatch*, FieldFile::OnPatch>> patches; ///< those with values, by face
+    std::vector<std::pair<const polymesh::PolyPatch*, polymesh::FieldFile::OnPatch>>
+        patches; ///< those with values, by face
 
     std::vector<Set> sets;
     const Set* set = nullptr;
     bool isReadingFlips = false;
 
-    /// By group: paths and values of the case's dictionaries, in the order of the files.
-    std::map<std::string, std::vector<std::pair<std::string, std::string>>> dictionaries;
+    /// What its files say as settings; those of the data are looked for when somebody asks.
+    polymesh::CaseSettings settings{folder};
+    bool hasDataSettings = false;
+    const polymesh::CaseSettings& settingsOf(KelDataClass dataClass);
+    double secondsOf(std::size_t time) const; ///< the physical time of a level
 
     bool isOpen[2] = {false, false};
 
@@ -60,7 +67,8 @@ struct KelPolyMeshProvider::Case {
         return first >= 1 && first <= last && last <= count;
     }
 
-    const PolyZone* zone(int id) const;
+    KelMeshDescription describeMesh() const;
+    void describeNeighbours(KelMeshDescription& description) const;
     void readMesh(std::size_t number);
     void makeSets();
     std::vector<unsigned64> idsOfSet() const; ///< of the open set, in its order
@@ -81,9 +89,10 @@ struct KelPolyMeshProvider::Case {
     {
         return mesh->faceOffsets[face + 1] - mesh->faceOffsets[face];
     }
-    short nodeCountOfCell(std::uint64_t cell) const { return CellShapes::nodeCount(shapes->type(cell)); }
+    short nodeCountOfCell(std::uint64_t cell) const { return polymesh::CellShapes::nodeCount(shapes->type(cell)); }
 
     bool readField(std::size_t number, int level);
+    void findPatches();
     void findZones(std::vector<int>& zoneIds);
 
     /// @name Values of the variable that is being read; elements count from 0

@@ -5,6 +5,8 @@
 
 namespace meridyn {
 
+using namespace polymesh;
+
 namespace {
 
 /// The value that all elements of a range have.

@@ -6,6 +6,8 @@
 
 namespace meridyn {
 
+using namespace polymesh;
+
 namespace {
 
 /// The folder is the case, and the data as well when there are times.
@@ -28,11 +30,11 @@ KelFormat polymeshFormat()
     format.name = "polymesh";
     format.description = "OpenFOAM case folders (polyMesh and fields), read only";
     for (const KelFormatFamily family :
-         {KEL_FAMILY_COORDINATES, KEL_FAMILY_FACE_NODES, KEL_FAMILY_FACE_CELLS, KEL_FAMILY_SHADOW_FACES,
-          KEL_FAMILY_CELL_TYPES, KEL_FAMILY_CELL_NODES, KEL_FAMILY_CELL_FACES, KEL_FAMILY_ZONE_PROPERTIES,
-          KEL_FAMILY_ZONE_ADJACENCY, KEL_FAMILY_PHASES, KEL_FAMILY_VARIABLES, KEL_FAMILY_ATTRIBUTES,
-          KEL_FAMILY_TIME_LEVELS, KEL_FAMILY_SETS, KEL_FAMILY_SETTINGS, KEL_FAMILY_LOCATIONS, KEL_FAMILY_MESHES,
-          KEL_FAMILY_MESH_SIZES, KEL_FAMILY_SOLVER})
+         {KEL_FAMILY_COORDINATES,    KEL_FAMILY_FACE_NODES,  KEL_FAMILY_FACE_CELLS, KEL_FAMILY_SHADOW_FACES,
+          KEL_FAMILY_CELL_TYPES,     KEL_FAMILY_CELL_NODES,  KEL_FAMILY_CELL_FACES, KEL_FAMILY_ZONE_PROPERTIES,
+          KEL_FAMILY_ZONE_ADJACENCY, KEL_FAMILY_LOCAL_IDS,   KEL_FAMILY_PHASES,     KEL_FAMILY_VARIABLES,
+          KEL_FAMILY_ATTRIBUTES,     KEL_FAMILY_TIME_LEVELS, KEL_FAMILY_SETS,       KEL_FAMILY_SETTINGS,
+          KEL_FAMILY_LOCATIONS,      KEL_FAMILY_MESHES,      KEL_FAMILY_MESH_SIZES, KEL_FAMILY_SOLVER})
         format.reads |= formatFamily(family);
     format.probe = KelPolyMeshProvider::understands;
     format.files = filesOf;

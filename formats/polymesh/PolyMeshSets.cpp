@@ -7,6 +7,8 @@
 
 namespace meridyn {
 
+using namespace polymesh;
+
 bool KelPolyMeshProvider::getSetNames(KelDataClass dataClass, std::vector<std::string>& names) const
 {
     names.clear();

@@ -14,6 +14,8 @@
 
 namespace meridyn {
 
+using namespace polymesh;
+
 namespace {
 
 constexpr const char* onlyPhase = "phase-1";
@@ -35,6 +37,8 @@ void describeVariable(KelSolutionModel& model, int id, const FieldCatalog::Field
     model.addAttributeOfVariable(id, KelAttributes::longName, field.file);
     if (!field.head.units.empty())
         model.addAttributeOfVariable(id, KelAttributes::units, field.head.units);
+    if (field.head.isOriented)
+        model.addAttributeOfVariable(id, KelAttributes::oriented, KelAttributes::yes);
     const unsigned count = field.head.kind.components;
     if (count > 1)
         model.addAttributeOfVariable(id, KelAttributes::componentNames,
@@ -47,10 +51,14 @@ void describeVariable(KelSolutionModel& model, int id, const FieldCatalog::Field
 
 bool KelPolyMeshProvider::declareSolution()
 {
-    std::vector<std::string> problems;
+    std::vector<FieldCatalog::Problem> problems;
     _case->catalog = FieldCatalog::read(_case->folder, problems);
-    for (const std::string& problem : problems)
-        getMessageRegistrar()->registerMessage(KelWarning("not taken as a field: " + problem, "openData"));
+    for (const auto& [place, text] : problems) {
+        noteNotRead(KEL_DATA, {KEL_FAMILY_VARIABLES, place, KelNotRead::NotReadable, text});
+        getMessageRegistrar()->registerMessage(
+            KelWarning("not taken as a field: " + _case->folder.path() + "/" + place + ": " + text, "openData"));
+    }
+    _case->hasDataSettings = false;
     _case->variables.clear();
     _case->isReadingVariable = false;
     KelSolutionModel& model = *solutionModel();
@@ -99,8 +107,8 @@ bool KelPolyMeshProvider::Case::readField(std::size_t number, int level)
         return false;
     const std::size_t itsMesh = folder.meshOfTime(time);
     if (folder.topologyOfMesh(itsMesh) != folder.topologyOfMesh(meshNumber))
-        throw FoamError(path + ": expected mesh id " + std::to_string(itsMesh + 1) +
-                        ", to whose cells it belongs, found " + std::to_string(meshNumber + 1));
+        throw OtherMeshError(path + ": expected mesh id " + std::to_string(itsMesh + 1) +
+                             ", to whose cells it belongs, found " + std::to_string(meshNumber + 1));
     field.reset(); // before the next one is in memory as well
     auto read = std::make_unique<FieldFile>(FieldFile::read(path, *mesh));
     const FieldKind& kind = catalog.fields[number].head.kind;
@@ -114,16 +122,21 @@ bool KelPolyMeshProvider::Case::readField(std::size_t number, int level)
     return true;
 }
 
-/// Finds the zones of a category that have values of the field that was read.
-void KelPolyMeshProvider::Case::findZones(std::vector<int>& zoneIds)
+/// Finds the patches that have values of the field that was read. @throws FoamError when their number does not fit
+void KelPolyMeshProvider::Case::findPatches()
 {
     patches.clear();
-    const FieldKind::Place place = field->kind.place;
     for (const PolyPatch& patch : mesh->patches) {
         const FieldFile::OnPatch values = field->onPatch(patch);
         if (values.source != FieldFile::OnPatch::Unknown)
             patches.emplace_back(&patch, values);
     }
+}
+
+/// Finds the zones of a category that have values of the field that was read.
+void KelPolyMeshProvider::Case::findZones(std::vector<int>& zoneIds)
+{
+    const FieldKind::Place place = field->kind.place;
     const auto hasPatch = [this](const PolyZone& zone) {
         return std::any_of(patches.begin(), patches.end(),
                            [&zone](const auto& patch) { return patch.first->first + 1 == zone.first; });
@@ -137,6 +150,26 @@ void KelPolyMeshProvider::Case::findZones(std::vector<int>& zoneIds)
             (category == KEL_FACE_ZONE &&
              (isInterior ? place == FieldKind::Faces : place != FieldKind::Points && hasPatch(zone))))
             zoneIds.push_back(zone.id);
+    }
+}
+
+/// What is wrong with a field is only known when it is read, and is noted then.
+bool KelPolyMeshProvider::readField(std::size_t number)
+{
+    try {
+        if (!_case->readField(number, getTimeLevel()))
+            return false;
+        _case->findPatches();
+        return true;
+    } catch (const OtherMeshError&) {
+        throw;
+    } catch (const FoamError& error) {
+        const CaseFolder& folder = _case->folder;
+        const std::string& time = folder.times()[static_cast<std::size_t>(getTimeLevel())].name;
+        const std::string& file = _case->catalog.fields[number].file;
+        noteNotRead(KEL_DATA, {KEL_FAMILY_VARIABLES, time + "/" + file, KelNotRead::NotReadable,
+                               error.withoutPath(folder.file(time, file))});
+        throw;
     }
 }
 
@@ -155,10 +188,9 @@ unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(Kel
     if (variable == _case->variables.end())
         return 0;
     guarded(*this, "startReadingZonesOfCategoryWithPhaseVariable", [&] {
-        if (!_case->readField(variable->second, getTimeLevel()))
-            return false;
         _case->category = category;
-        _case->findZones(zoneIds);
+        if (readField(variable->second))
+            _case->findZones(zoneIds);
         _case->isReadingVariable = !zoneIds.empty();
         return true;
     });
@@ -195,7 +227,8 @@ const double* KelPolyMeshProvider::Case::faceValues(std::uint64_t face) const
         return cellValues(mesh->owner[face]);
     if (on.source == FieldFile::OnPatch::Zero)
         return zeros;
-    return on.stored->values.data() + (on.stored->isUniform ? 0 : (face - patch->first) * field->kind.components);
+    return on.entry->value.values.data() +
+           (on.entry->value.isUniform ? 0 : (face - patch->first) * field->kind.components);
 }
 
 const double* KelPolyMeshProvider::Case::valuesOf(std::uint64_t element) const

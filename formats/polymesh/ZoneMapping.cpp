@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-namespace meridyn {
+namespace meridyn::polymesh {
 
 namespace {
 
@@ -108,4 +108,4 @@ void mapZones(PolyMesh& mesh)
         add(KEL_CELL_ZONE, nameOfRest(mesh), "cells", before, cells.back());
 }
 
-} // namespace meridyn
+} // namespace meridyn::polymesh

@@ -25,7 +25,8 @@ TEST(PolyMeshFields, BoundaryValuesWhereTheyAreKnown)
         {"volScalarField", "uniform 5", "right { type slip; }", {5}},
         {"volScalarField", "uniform 5", "right { type fixedValue; value uniform 7; }", {7}},
         {"volScalarField", "uniform 5", "right { type calculated; value nonuniform List<scalar> 1(8); }", {8}},
-        {"volScalarField", "uniform 5", "right { type fixedValue; value $internalField; }", {}},
+        {"volScalarField", "uniform 5", "right { type fixedValue; value $internalField; }", {5}},
+        {"volScalarField", "nonuniform List<scalar> 2(3 4)", "right { type fixedValue; value $internalField; }", {}},
         {"volScalarField", "uniform 5", "right { type totalPressure; p0 uniform 1; }", {}},
         {"volScalarField", "uniform 5", "right { type empty; }", {}},
         {"volScalarField", "uniform 5", "hot { type fixedValue; value uniform 7; }", {7}}, // a group of the patch
@@ -176,6 +177,97 @@ TEST(PolyMeshFields, FieldsOfFacesAndPoints)
     EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "s"), ElementsAre(2, 2));
 }
 
+TEST(PolyMeshFields, NamesOfEntriesBeforeStandForTheirValues)
+{
+    const SmallCase small;
+    small.write("1/U",
+                SmallCase::head("volVectorField") +
+                    "inlet (1 2 3); list nonuniform List<vector> 1((7 8 9));\ninternalField uniform $inlet;\n"
+                    "boundaryField { left { type a; value $internalField; } right { type a; value uniform $inlet; }"
+                    "sides { type a; value uniform $other; } }");
+    small.write("1/p", SmallCase::head("volScalarField") + "a uniform 4; internalField $a; boundaryField { }");
+    small.write("1/q", SmallCase::head("volScalarField") + "a $a; internalField $a; boundaryField { }");
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "U"), ElementsAre(1, 2, 3, 1, 2, 3));
+    std::vector<int> zones;
+    EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "U", &zones), ElementsAre(1, 2, 3, 1, 2, 3));
+    EXPECT_THAT(zones, ElementsAre(3, 4)); // there is no entry "other"
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "p"), ElementsAre(4, 4));
+    EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "q"), IsEmpty()); // and no circle
+    EXPECT_EQ(reader.getErrors(false, true).size(), 1u);
+}
+
+TEST(PolyMeshFields, NamesMayStandInAFileOfTheCaseThatIsIncluded)
+{
+    const SmallCase small;
+    small.write("1/include/conditions", "flow (1 2 3); pressure 5;");
+    small.write("system/pressure", SmallCase::head("dictionary") + "pressure 6;");
+    const auto field = [&](const std::string& file) {
+        return SmallCase::head("volScalarField") + "#include \"" + file + "\"\ninternalField uniform $pressure;";
+    };
+    small.write("1/p", field("include/conditions"));
+    small.write("1/q", field("../system/pressure"));
+    small.write("1/r", field("../../pressure"));         // outside of the case
+    small.write("1/s", field("include/nothing"));        // not there
+    small.write("1/t", field("../system/../1/../../x")); // outside, the long way
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "p"), ElementsAre(5, 5));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "q"), ElementsAre(6, 6));
+    EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
+    for (const char* name : {"r", "s", "t"}) {
+        EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, name), IsEmpty());
+        EXPECT_THAT(reader.getErrors(false, true),
+                    ElementsAre(small.file(std::string("1/") + name) +
+                                ": line 3: expected values as internalField, found a reference to values elsewhere"));
+    }
+}
+
+TEST(PolyMeshFields, UnitsInWordsStay)
+{
+    const SmallCase small;
+    const std::pair<const char*, const char*> rows[] = {
+        {"[Pa]", "Pa"}, {"[kg m^-3]", "kg m^-3"}, {"[]", ""}, {"[0 2 -2 0 0]", "m^2 s^-2"}, {"[m/s]", "m/s"}};
+    for (const auto& [text, units] : rows) {
+        small.write("1/p", SmallCase::head("volScalarField") + "dimensions " + text + "; internalField uniform 3;");
+        KelPolyMeshProvider reader;
+        ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+        EXPECT_EQ(attribute(reader, "p", "Units"), units);
+        EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "p"), ElementsAre(3, 3));
+    }
+}
+
+TEST(PolyMeshFields, FluxesAreOriented)
+{
+    const SmallCase small;
+    small.write("1/phi",
+                SmallCase::head("surfaceScalarField") +
+                    "dimensions [0 3 -1 0 0 0 0]; oriented oriented; internalField uniform 3; boundaryField { }");
+    small.write("1/rho", SmallCase::field("surfaceScalarField", "uniform 3"));
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    EXPECT_EQ(attribute(reader, "phi", "Oriented"), "True");
+    EXPECT_EQ(attribute(reader, "rho", "Oriented"), "");
+}
+
+TEST(PolyMeshFields, BigEndianFieldsAndIncludesInFront)
+{
+    const SmallCase small;
+    std::string values = SmallCase::raw<double>({1.5, 2.5});
+    const std::size_t from = values.find('(') + 1;
+    for (const std::size_t n : {from, from + 8})
+        std::reverse(values.begin() + static_cast<std::ptrdiff_t>(n),
+                     values.begin() + static_cast<std::ptrdiff_t>(n + 8));
+    small.write("1/p", "#include \"x\"\n" +
+                           SmallCase::head("volScalarField", "binary; arch \"MSB;label=32;scalar=64\";") +
+                           "internalField nonuniform List<scalar> " + values + ";");
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_DATA));
+    EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "p"), ElementsAre(1.5, 2.5));
+}
+
 TEST(PolyMeshFields, TimeLevelsAreFoldersInTheOrderOfTheirValues)
 {
     const SmallCase small;
@@ -195,15 +287,13 @@ TEST(PolyMeshFields, TimeLevelsAreFoldersInTheOrderOfTheirValues)
     reader.startReadingTimeLevel(2);
     EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "q"), ElementsAre(1, 1));
     std::vector<std::string> keys;
-    reader.getSettingsGroups(KEL_DATA, keys);
-    EXPECT_THAT(keys, ElementsAre("timeLevels"));
     reader.getSettingsKeysOfGroup(KEL_DATA, "timeLevels", keys);
     EXPECT_THAT(keys, ElementsAre("0", "1", "2", "3"));
     std::string text = "untouched";
     reader.getSettingString(KEL_DATA, "4", text, "timeLevels");
     EXPECT_EQ(text, "untouched");
     reader.getSettingString(KEL_DATA, "0", text, "timeLevels");
-    EXPECT_EQ(text, "2e-1");
+    EXPECT_EQ(text, "0.2");
     EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
 }
 

@@ -19,6 +19,8 @@ const char* const files[] = {"constant/polyMesh/points",
                              "constant/polyMesh/faceZones",
                              "constant/polyMesh/pointZones",
                              "constant/polyMesh/faces.gz",
+                             "constant/polyMesh/sets/a",
+                             "0/uniform/time",
                              "system/controlDict",
                              "0/p",
                              "0/U"};
@@ -57,6 +59,13 @@ void readAll(meridyn::KelPolyMeshProvider& reader)
             for (const int zone : zones)
                 reader.getValuesOfPhaseVariableForElementsInZone(zone, values.data(), values.size());
         }
+    std::vector<std::string> groups, keys;
+    for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA}) {
+        reader.notHandedOver(dataClass);
+        reader.getSettingsGroups(dataClass, groups);
+        for (const std::string& group : groups)
+            reader.getSettingsKeysOfGroup(dataClass, group, keys);
+    }
 }
 
 } // namespace
@@ -64,7 +73,7 @@ void readAll(meridyn::KelPolyMeshProvider& reader)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static const TemporaryFolder folder;
-    for (const char* name : {"constant/polyMesh", "system", "0"})
+    for (const char* name : {"constant/polyMesh/sets", "system", "0/uniform"})
         std::filesystem::create_directories(folder / name);
     unpack(std::string(reinterpret_cast<const char*>(data), size), folder);
     meridyn::KelPolyMeshProvider reader;

@@ -1,8 +1,6 @@
 // What the reader makes of cases, on a mesh of two cells.
 #include "KelFormatRegistry.h"
 #include "KelLocationModel.h"
-#include "KelSetting.h"
-#include "KelVariant.h"
 #include "ReadingHelpers.h"
 #include "SmallCase.h"
 
@@ -38,6 +36,38 @@ TEST(PolyMeshForms, AllFormsOfAMeshAreOne)
         EXPECT_EQ(reader.getCell1ForFace(1), 2u);
         EXPECT_EQ(reader.getCell1ForFace(2), 0u);
     }
+}
+
+TEST(PolyMeshForms, BigEndianMeshes)
+{
+    const SmallCase little, big;
+    little.writeBinary<long, double>();
+    big.writeBinary<long, double>();
+    const auto reverse = [](std::string& text, std::size_t from, std::size_t count) {
+        for (std::size_t n = 0; n < count; ++n, from += 8)
+            std::reverse(text.begin() + static_cast<std::ptrdiff_t>(from),
+                         text.begin() + static_cast<std::ptrdiff_t>(from + 8));
+    };
+    const std::pair<const char*, std::vector<std::size_t>> files[] = {
+        {"points", {36}}, {"faces", {12, 44}}, {"owner", {11}}, {"neighbour", {1}}};
+    for (const auto& [name, counts] : files) {
+        const std::string file = std::string("constant/polyMesh/") + name;
+        std::string text = big.read(file);
+        std::size_t at = 0;
+        for (const std::size_t count : counts) {
+            at = text.find("\n(", at) + 2;
+            reverse(text, at, count);
+            at += 8 * count;
+        }
+        big.write(file, text.replace(text.find("LSB"), 3, "MSB"));
+    }
+    KelPolyMeshProvider one, other;
+    ASSERT_TRUE(one.startReading(little.path(), KEL_CASE));
+    ASSERT_TRUE(other.startReading(big.path(), KEL_CASE));
+    EXPECT_EQ(coordinatesOf(other), coordinatesOf(one));
+    EXPECT_EQ(nodesOfFaces(other), nodesOfFaces(one));
+    EXPECT_EQ(cell0s(other), cell0s(one));
+    EXPECT_EQ(other.getCell1ForFace(1), 2u);
 }
 
 TEST(PolyMeshForms, TextMayBeWrittenInManyWays)
@@ -96,6 +126,12 @@ TEST(PolyMeshZones, CellsAreOrderedByZonesAndKeepTheirFacesAndValues)
     EXPECT_THAT(cell0s(reader), ElementsAre(2, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1));
     EXPECT_EQ(reader.getCell1ForFace(1), 1u);
     EXPECT_THAT(valuesOf(reader, KEL_CELL_ZONE, "p"), ElementsAre(20, 10));
+    Ids labels(2);
+    EXPECT_EQ(reader.getLocalElemIdsInZone(6, labels.data(), 2), 1u); // of the cells of the zone, as the case has them
+    EXPECT_EQ(labels[0], 2u);
+    EXPECT_EQ(reader.getLocalElemIdsInZone(7, labels.data(), 2), 1u);
+    EXPECT_EQ(labels[0], 1u);
+    EXPECT_EQ(reader.getLocalElemIdsInZone(2, labels.data(), 2), 0u); // faces keep their order
     EXPECT_THAT(valuesOf(reader, KEL_FACE_ZONE, "p"), ElementsAre(10, 20, 10, 20, 10, 20, 10, 20, 10, 20));
     Ids faces(6);
     reader.getFaceIdsForCell(1, faces.data(), 6);
@@ -126,6 +162,15 @@ TEST(PolyMeshZones, OfOverlappingCellZonesTheFirstWinsAndAllAreSets)
     Ids ids(2);
     EXPECT_EQ(reader.getIdsForSetInRange(1, 2, ids.data(), 2), 2u);
     EXPECT_THAT(ids, ElementsAre(1, 2)); // label 1 is the cell with id 1 here
+}
+
+TEST(PolyMeshZones, CellsInTheirOwnOrderHaveNoLocalIds)
+{
+    const SmallCase small;
+    KelPolyMeshProvider reader;
+    ASSERT_TRUE(reader.startReading(small.path(), KEL_CASE));
+    Ids labels(2);
+    EXPECT_EQ(reader.getLocalElemIdsInZone(6, labels.data(), 2), 0u);
 }
 
 TEST(PolyMeshZones, ZonesWithoutElementsHaveNoIds)
@@ -294,65 +339,6 @@ TEST(PolyMeshMeshes, AReaderThatIsClosedGivesNothing)
         EXPECT_EQ(id, 7u);
     }
     EXPECT_THAT(reader.getErrors(false, true), IsEmpty());
-}
-
-TEST(PolyMeshSettings, DictionariesComeOver)
-{
-    const SmallCase small;
-    small.write("system/controlDict", SmallCase::head("dictionary") +
-                                          "application icoFoam;\n// steps\ndeltaT 0.005; writeFormat \"binary\";\n"
-                                          "functions { probes { fields (p U); } }\n#include \"more\"\n");
-    small.write("constant/transportProperties", SmallCase::head("dictionary") + "nu [0 2 -1 0 0 0 0] 0.01;");
-    small.write("system/broken", SmallCase::head("dictionary") + "a { b 1;");
-    small.write("system/other", "no dictionary");
-    KelPolyMeshProvider reader;
-    ASSERT_TRUE(reader.startReading(small.path(), KEL_CASE));
-    std::vector<std::string> names;
-    reader.getSettingsGroups(KEL_CASE, names);
-    EXPECT_THAT(names, ElementsAre("controlDict", "transportProperties"));
-    reader.getSettingsKeysOfGroup(KEL_CASE, "controlDict", names);
-    EXPECT_THAT(names, ElementsAre("application", "deltaT", "writeFormat", "functions/probes/fields"));
-    std::string text;
-    reader.getSettingString(KEL_CASE, "functions/probes/fields", text, "controlDict");
-    EXPECT_EQ(text, "(p U)");
-    reader.getSettingString(KEL_CASE, "writeFormat", text, "controlDict");
-    EXPECT_EQ(text, "binary");
-    reader.getSettingString(KEL_CASE, "nu", text, "transportProperties");
-    EXPECT_EQ(text, "[0 2 -1 0 0 0 0] 0.01");
-    EXPECT_EQ(reader.getSettings(KEL_CASE, "controlDict/deltaT", -1).asString(), "0.005");
-    EXPECT_EQ(reader.getSettings(KEL_CASE, "Solver", -1).asString(), "OPENFOAM");
-    EXPECT_THAT(reader.getWarnings(false, true),
-                ElementsAre("settings left out: " + small.file("system/broken") +
-                            ": line 2: expected the name of an entry, found the end of the file"));
-}
-
-TEST(PolyMeshSettings, ProgramTextIsTakenAsItIs)
-{
-    const SmallCase small;
-    small.write("system/controlDict",
-                SmallCase::head("dictionary") + "code #{ if (a) { b; } #}; quoted \"a \\\"b\\\"; {\"; after 1;");
-    KelPolyMeshProvider reader;
-    ASSERT_TRUE(reader.startReading(small.path(), KEL_CASE));
-    std::vector<std::string> names;
-    reader.getSettingsKeysOfGroup(KEL_CASE, "controlDict", names);
-    EXPECT_THAT(names, ElementsAre("code", "quoted", "after"));
-    std::string text;
-    reader.getSettingString(KEL_CASE, "code", text, "controlDict");
-    EXPECT_EQ(text, " if (a) { b; } ");
-    EXPECT_FALSE(reader.addSetting(KEL_CASE, "d", "code #{ b;", "OPENFOAM")); // never closed
-}
-
-TEST(PolyMeshSettings, TheParserIsRegistered)
-{
-    KelPolyMeshProvider reader;
-    EXPECT_TRUE(reader.addSetting(KEL_CASE, "d", "a { b 2; }", KelPolyMeshProvider::parserName()));
-    EXPECT_EQ(reader.getSettings(KEL_CASE, "d/a/b", -1).asString(), "2");
-    EXPECT_TRUE(reader.addSettingsDataSet(KEL_CASE, "e", "a 1; b { c 2; } x 3;", "OPENFOAM", {"b", "x"}));
-    EXPECT_EQ(reader.getSettings(KEL_CASE, "e/b/c", -1).asString(), "2");
-    EXPECT_EQ(reader.getSettings(KEL_CASE, "e/a", -1).asString(), "");
-    EXPECT_FALSE(reader.addSetting(KEL_CASE, "d", "a { b", "OPENFOAM"));
-    EXPECT_FALSE(reader.addSetting(KEL_CASE, "d", "", "OPENFOAM"));
-    EXPECT_FALSE(reader.addSettingsDataSet(KEL_CASE, "e", "a { b", "OPENFOAM", {"a"}));
 }
 
 TEST(PolyMeshLocations, ABodyPerCellZoneAndAFacePerPatch)

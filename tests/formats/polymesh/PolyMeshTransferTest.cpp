@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 using namespace meridyn;
 
 namespace {
@@ -30,7 +32,9 @@ TEST_P(PolyMeshTransfer, LosesNothing)
     KelTransfer transfer(source, writer);
     transfer.setChunkSize(1001);
     ASSERT_TRUE(transfer.copyCase() && transfer.copyData()) << transfer.problem();
-    EXPECT_EQ(transfer.losses().text(), "");
+    std::istringstream losses(transfer.losses().text());
+    for (std::string line; std::getline(losses, line);) // of what is read nothing; what is not read is named
+        EXPECT_NE(line.find("not read: "), std::string::npos) << line;
     KelCompare compare(again, reader);
     ASSERT_TRUE(compare.run()) << compare.problem();
     EXPECT_EQ(compare.text(), "");

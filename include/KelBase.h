@@ -106,7 +106,8 @@ public:
     /// Sets a size of a zone.
     ///
     /// An id never declared gives a warning line; a zone dropped by a later setZoneIds ignores the call; a type
-    /// that cannot be set, KEL_ZONE_ELEMENT_COUNT among them, posts a KelWarning. A last id below the first is taken.
+    /// that cannot be set, KEL_ZONE_ELEMENT_COUNT among them, posts a KelWarning. A last id below the first is
+    /// accepted.
     void setZoneSizeInfo(int zoneId, KelZoneSizeType type, unsigned64 value);
 
     /// Gives one size of a zone.

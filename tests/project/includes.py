@@ -41,19 +41,14 @@ FOLDERS = {
     "formats/hdf5/model": ("include", "formats/common", "formats/hdf5/file", "formats/hdf5/arrays"),
     "formats/hdf5": (*FORMAT, "formats/hdf5/file", "formats/hdf5/arrays", "formats/hdf5/model"),
     "exchange/common": ("include", "formats/common"),
-    "exchange/transfer": ("include", "formats/common", "exchange/common"),
     "exchange/compare": ("include", "formats/common", "exchange/common"),
+    "exchange/transfer": ("include", "formats/common", "exchange/common", "exchange/compare"),
     "mesh": ("include", "formats/common", "exchange/common"),
     "conformance": ("include", "formats/common", "formats/registry", "formats/generated", "exchange"),
     "tools/kel": ("include", "platform/arbor", "formats/common", "formats/registry", "exchange", "mesh", "conformance"),
     "examples": ("include", "formats", "exchange", "mesh", "conformance"),
 }
 ROOMS = ("platform", "src", "formats", "formats/hdf5", "exchange", "tools")
-
-# Arrows that are there and should not be. A line goes when its arrow does.
-EXCEPTIONS = {
-    ("exchange/transfer", "exchange/compare"), # verifying a copy gives differences
-}
 
 
 def parents(folder):
@@ -146,21 +141,14 @@ class Tree:
         if target in (None, folder):
             return
         self.folders.setdefault(folder, set()).add(target)
-        if not {*parents(target)} & {*FOLDERS.get(folder, ())} and (folder, target) not in EXCEPTIONS:
+        if not {*parents(target)} & {*FOLDERS.get(folder, ())}:
             self.problems.append(f"{own}: {folder} may not include {target}, but includes {name}")
 
     def find_circles(self):
         for circle in circles(self.files):
             self.problems.append("circle of files: " + " -> ".join(str(file.relative_to(self.root)) for file in circle))
-        allowed = {folder: {target for target in targets if (folder, target) not in EXCEPTIONS}
-                   for folder, targets in self.folders.items()}
-        for circle in circles(allowed):
+        for circle in circles(self.folders):
             self.problems.append("circle of folders: " + " -> ".join(circle))
-
-    def note_exceptions_that_are_gone(self):
-        for folder, target in sorted(EXCEPTIONS):
-            if target not in self.folders.get(folder, ()):
-                print(f"{folder} no longer includes {target}: take it out of EXCEPTIONS")
 
 
 def main():
@@ -169,7 +157,6 @@ def main():
     tree = Tree(root, public, [pathlib.Path(folder).resolve() for folder in sys.argv[3:]])
     tree.read()
     tree.find_circles()
-    tree.note_exceptions_that_are_gone()
     print(f"{len(tree.files)} files, {len(tree.folders)} folders with arrows")
     return "\n".join(tree.problems) if tree.problems else 0
 

@@ -9,10 +9,11 @@
 #include "KelHdf5Consumer.h"
 #include "KelHdf5Provider.h"
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <regex>
 #include <set>
-#include <sstream>
 
 namespace meridyn {
 namespace {

@@ -318,9 +318,11 @@ void copySolution(TransferRun& run, const std::vector<int>& levels)
         return values.copy();
     if (levels.empty())
         copyNoLevel(run, values);
-    for (const int level : levels.empty() ? solution.timeLevels : levels) {
-        // A target without levels holds one state: the last.
-        const int last = levels.empty() ? solution.timeLevels.back() : levels.back();
+    std::vector<int> copied = solution.timeLevels; // in their order, which is the model's
+    if (!levels.empty())
+        std::erase_if(copied, [&levels](int level) { return std::count(levels.begin(), levels.end(), level) == 0; });
+    for (const int level : copied) {
+        const int last = copied.back(); // a target without levels holds one state: the last
         if (level != last && !run.carries(KEL_FAMILY_TIME_LEVELS, "time level " + std::to_string(level)))
             continue;
         run.tell("time level " + std::to_string(level), 0, 0, 0);

@@ -59,7 +59,8 @@ TEST(WriterRefusals, OfThePhasesStopTheTransfer)
 TEST(WriterRefusals, OfAVariableLoseItAndNoOther)
 {
     RefusesOneVariable target;
-    EXPECT_EQ(copiedTo(target), "variables: 'field-2' of phase 'phase-1': refused by the writer\n");
+    EXPECT_EQ(copiedTo(target), "variables: 'field-2' of phase 'phase-1': refused by the writer\n"
+                                "variables: 'field-2' of phase 'phase-2': refused by the writer\n");
     KelMemoryProvider copy;
     setBoth(copy, "memory:copy");
     ASSERT_TRUE(copy.startReading(KEL_DATA));

@@ -1,13 +1,13 @@
 #include "core/MeshContext.h"
 
-#include <iostream>
+#include "text/Printing.h"
 
 namespace meridyn {
 
 void MeshContext::setPartitionId(int partitionId)
 {
     if (_target != KEL_PARTITIONED_POST) {
-        std::cout << "setPartitionId() should only be called when the target is 'KEL_PARTITIONED_POST'" << std::endl;
+        printFlushedLine("setPartitionId() should only be called when the target is 'KEL_PARTITIONED_POST'");
     }
     _partitionId = partitionId; // kept: stored all the same
 }

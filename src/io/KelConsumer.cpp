@@ -49,7 +49,7 @@ bool KelConsumer::isWritingData()
 void KelConsumer::writeSettingStrings(const std::vector<std::pair<std::string, std::string>>& pairs, KelDataClass,
                                       const std::string&) const
 {
-    std::cout << "  " << std::to_string(pairs.size()) << " key-value pairs." << std::endl;
+    printFlushedLine("  " + std::to_string(pairs.size()) + " key-value pairs.");
 }
 
 void KelConsumer::writeSetting(KelSetting& setting, const std::string& key, KelDataClass dataClass,
@@ -74,7 +74,7 @@ void KelConsumer::startWritingTimeLevel(int level) const
     }
     addTimeLevel(level); // which ignores a negative or known one
     if (!setTimeLevel(level))
-        std::cerr << "KelConsumer::startWritingTimeLevel(): Invalid Time Level" << std::endl;
+        printErrorLine("KelConsumer::startWritingTimeLevel(): Invalid Time Level");
 }
 
 void KelConsumer::endWritingTimeLevel() const

@@ -1,10 +1,11 @@
 #include "KelProvider.h"
 
 #include "KelSettingObject.h"
+#include "text/Printing.h"
 
 #include <algorithm>
 #include <fstream>
-#include <iostream>
+#include <sstream>
 
 namespace meridyn {
 
@@ -123,7 +124,9 @@ void KelProvider::dump(std::string fileName) const
 void KelProvider::print(bool flag) const
 {
     if (const KelSettingObject* settings = settingsObject()) {
-        settings->print(std::cout, 0, flag, false);
+        std::ostringstream text;
+        settings->print(text, 0, flag, false);
+        printLines(text.str());
     }
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "KelTypes.h"
+#include "text/Printing.h"
 
-#include <iostream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -13,7 +13,7 @@ namespace meridyn::trace {
 /// An empty line.
 inline void emptyLine()
 {
-    std::cout << std::endl;
+    printFlushedLine("");
 }
 
 /// @name A part of a line as text
@@ -40,7 +40,9 @@ inline const char* text(const char* part)
 template <typename... Parts>
 void line(const Parts&... parts)
 {
-    (std::cout << ... << text(parts)) << std::endl;
+    std::string whole;
+    (whole.append(text(parts)), ...);
+    printFlushedLine(whole);
     emptyLine();
 }
 
@@ -61,13 +63,13 @@ template <typename T>
 void list(const std::string& label, const std::vector<T>& items)
 {
     if (!items.empty()) {
-        std::cout << "  " << label << " = ";
+        std::string line = "  " + label + " = ";
         const char* separator = "";
         for (const T& item : items) {
-            std::cout << separator << text(item);
+            line.append(separator).append(text(item));
             separator = ", ";
         }
-        std::cout << "." << std::endl;
+        printFlushedLine(line + ".");
     }
     emptyLine();
 }

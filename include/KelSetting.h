@@ -20,8 +20,11 @@ class KelSettingObject;
 ///          does, and must not outlive the root. Moving and swap() hand ownership on; a copy of an owning handle does
 ///          not own, so no tree is deleted twice. Do not make two owning handles over one object by hand.
 /// Touched  a mark for the user of the handle; it starts out equal to isValid().
-/// Invalid  handles answer isValid, isTouched and may be assigned, copied, moved and swapped. All operations that
-///          reach into the node need a valid handle.
+/// Invalid  a handle without node answers like an empty one: group, getGroup an invalid handle; attribute and
+///          getAttribute... an invalid attribute, which in turn answers everything; groupCount 0; groups, attributes
+///          and attributeNames an empty list; toSettingString and dump an empty text. Asking with `create`, or writing
+///          to such an attribute, makes and changes nothing. So `s.group("typo").attribute("x").toInt()` is 0.
+/// Threads  one thread at a time per tree; trees of different threads share nothing.
 /// Paths    "a/b/c" leads from group to group. Empty pieces and blanks around a piece do not count in a path with "/".
 class KEL_API KelSetting {
 public:
@@ -56,7 +59,7 @@ public:
     /// @return a handle that owns it; an invalid one for every other text, and when the root is no KelSettingObject
     static KelSetting fromSettingString(const std::string& text);
 
-    /// The XML text of the node and all below it.
+    /// The XML text of the node and all below it; empty for an invalid handle.
     std::string toSettingString() const;
 
     /// Whether the handle stands for a node.
@@ -138,9 +141,6 @@ public:
     std::string dump(bool recursive, bool objectsOnly) const;
 
 private:
-    void release();
-    void take(KelSetting& other) noexcept;
-
     KelSettingObject* _object = nullptr;
     bool _owned = false;
     bool _touched = false;

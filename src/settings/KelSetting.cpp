@@ -126,38 +126,42 @@ KelSetting& KelSetting::swap(KelSetting& other) noexcept
     return *this;
 }
 
+// A look-up that misses gives an invalid handle, and the next one is often asked of it in the same line. So an invalid
+// handle answers all of them, as a node without anything in it would.
+
 KelSetting KelSetting::group(const std::string& name) const
 {
-    return {settingObject(_object->child(name)), false};
+    return isValid() ? KelSetting(settingObject(_object->child(name)), false) : KelSetting();
 }
 
 KelSetting KelSetting::group(int index) const
 {
-    return {settingObject(_object->child(index)), false};
+    return isValid() ? KelSetting(settingObject(_object->child(index)), false) : KelSetting();
 }
 
 int KelSetting::groupCount() const
 {
-    return _object->nChild();
+    return isValid() ? _object->nChild() : 0;
 }
 
 std::vector<KelSetting> KelSetting::groups() const
 {
     std::vector<KelSetting> handles;
-    handles.reserve(static_cast<std::size_t>(_object->nChild()));
-    for (int i = 0; i < _object->nChild(); ++i)
+    const int count = groupCount();
+    handles.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i)
         handles.push_back(group(i));
     return handles;
 }
 
 KelSettingAttribute KelSetting::attribute(const std::string& name) const
 {
-    return KelSettingAttribute(_object->property(name));
+    return KelSettingAttribute(isValid() ? _object->property(name) : nullptr);
 }
 
 std::vector<std::string> KelSetting::attributeNames() const
 {
-    return _object->getPropertiesNames();
+    return isValid() ? _object->getPropertiesNames() : std::vector<std::string>();
 }
 
 std::vector<KelSettingAttribute> KelSetting::attributes() const
@@ -172,6 +176,8 @@ std::vector<KelSettingAttribute> KelSetting::attributes() const
 
 std::string KelSetting::dump(bool recursive, bool objectsOnly) const
 {
+    if (!isValid())
+        return {};
     std::ostringstream out;
     _object->print(out, 0, recursive, objectsOnly);
     return out.str();

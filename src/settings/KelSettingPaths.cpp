@@ -100,6 +100,8 @@ arbor::TProperty* valueAt(arbor::TObject* node, const std::string& name, const s
 /// The value at a path, see "Typed attributes" in the header.
 arbor::TProperty* valueAtPath(arbor::TObject* node, const std::string& path, const std::string& className, bool create)
 {
+    if (node == nullptr) // of an invalid handle, which makes nothing
+        return nullptr;
     // kept: without create a path into a group finds nothing; only a value that bears the whole path as its name does
     if (!create || !hasSeparator(path) || node->property(path) != nullptr)
         return path.empty() ? nullptr : valueAt(node, path, className, create);
@@ -122,6 +124,8 @@ std::string vectorClass(const std::string& element)
 
 KelSetting KelSetting::getGroup(const std::string& path, bool create) const
 {
+    if (!isValid())
+        return {};
     KelSettingObject* found = childSetting(*_object, path);
     if (found != nullptr)
         return {found, false};

@@ -273,6 +273,74 @@ TEST(Groups, AreListedInOrderWithInvalidHandlesForOtherClasses)
     EXPECT_FALSE(root.group(1).isValid());
 }
 
+/// Asks everything of a handle that stands for no node.
+void expectEmptyAnswers(const KelSetting& none)
+{
+    EXPECT_FALSE(none.group("x").isValid());
+    EXPECT_FALSE(none.group(0).isValid());
+    EXPECT_FALSE(none.group(-1).isValid());
+    EXPECT_EQ(none.groupCount(), 0);
+    EXPECT_THAT(none.groups(), IsEmpty());
+    EXPECT_FALSE(none.getGroup("x", false).isValid());
+    EXPECT_FALSE(none.getGroup("x/y", true).isValid());
+    EXPECT_FALSE(none.attribute("x").isValid());
+    EXPECT_THAT(none.attributeNames(), IsEmpty());
+    EXPECT_THAT(none.attributes(), IsEmpty());
+    for (const bool create : {false, true}) {
+        for (const char* path : {"x", "x/y", "", "/"}) {
+            EXPECT_FALSE(none.getAttributeBool(path, create).isValid()) << path;
+            EXPECT_FALSE(none.getAttributeInt(path, create).isValid()) << path;
+            EXPECT_FALSE(none.getAttributeDouble(path, create).isValid()) << path;
+            EXPECT_FALSE(none.getAttributeString(path, create).isValid()) << path;
+            EXPECT_FALSE(none.getAttributeBoolVector(path, create).isValid()) << path;
+            EXPECT_FALSE(none.getAttributeIntVector(path, create).isValid()) << path;
+            EXPECT_FALSE(none.getAttributeDoubleVector(path, create).isValid()) << path;
+            EXPECT_FALSE(none.getAttributeStringVector(path, create).isValid()) << path;
+        }
+    }
+    EXPECT_EQ(none.dump(true, false), "");
+    EXPECT_EQ(none.toSettingString(), "");
+    EXPECT_FALSE(none.isTouched());
+}
+
+TEST(InvalidSetting, AnswersEverything)
+{
+    expectEmptyAnswers(KelSetting());
+    KelSetting moved = KelSetting::get("r");
+    const KelSetting taken = std::move(moved);
+    expectEmptyAnswers(moved); // NOLINT(bugprone-use-after-move): which is the question
+    expectEmptyAnswers(taken.group("typo"));
+    expectEmptyAnswers(KelSetting::fromSettingString("no XML"));
+}
+
+TEST(InvalidSetting, LookUpsOfItsAttributesAreSafe)
+{
+    const KelSetting root = KelSetting::get("r");
+    const KelSettingAttribute none = root.group("typo").group("typo").attribute("x");
+    EXPECT_FALSE(none.isScalar() || none.isVector() || none.isBool() || none.isInt() || none.isDouble());
+    EXPECT_FALSE(none.toBool());
+    EXPECT_EQ(none.toInt(), 0);
+    EXPECT_EQ(none.toDouble(), 0.0);
+    EXPECT_EQ(none.toString(), "");
+    EXPECT_THAT(none.toIntVector(), IsEmpty());
+    EXPECT_THAT(none.toStringVector(), IsEmpty());
+}
+
+TEST(InvalidSetting, WritingToItChangesNothing)
+{
+    const KelSetting root = KelSetting::get("r");
+    root.getAttributeInt("x", true) = 1;
+    const std::string before = root.toSettingString();
+    KelSetting none = root.group("typo");
+    none.getAttributeInt("x", true) = 7;
+    none.getAttributeString("a/b", true) = "text";
+    none.getGroup("x/y", true).getAttributeBool("z", true) = true;
+    EXPECT_EQ(none.getAttributeInt("x", true).toInt(), 0);
+    none.setTouched(true);
+    EXPECT_FALSE(none.isValid());
+    EXPECT_EQ(root.toSettingString(), before);
+}
+
 TEST(GetGroup, EmptyPathIsInvalid)
 {
     const KelSetting root = KelSetting::get("r");

@@ -31,7 +31,8 @@ class KelVariableAttributeProvider;
 ///           a bool or a default value. Nothing throws, and a rejected call changes nothing.
 /// Zones     ids are any int, unique over all four categories. Element ids count from 1; 0 is none.
 /// Memory    what it creates it owns; what is handed to it stays the caller's unless said otherwise.
-/// Threads   one thread at a time per object.
+/// Threads   one thread at a time per object. Objects of different threads are made and used at any time: what the
+///           process does once is guarded, and nothing else is shared.
 ///
 /// Groups    1 life and switches   2 messages   3 zones   4 zone information   5 adjacency   6 mesh context
 ///           7 time levels and phases   8 mesh sizes   9 applications and variable names   10 settings
@@ -52,7 +53,9 @@ public:
     static const std::string _defaultSettingsPath;
 
     /// No mesh (id -1, dimension 0), no zones, no phases, solver type "MERIDYN_GENERIC". The first one of a process
-    /// looks for variable mapping files.
+    /// looks for variable mapping files: others that are made meanwhile, by other threads, wait for the answer. What
+    /// could not be read, and the report that KEL_REPORT_VARIABLE_CONFIGS asks for, come from one object of the
+    /// process.
     KelBase();
     KelBase(const KelBase&) = delete;
     KelBase& operator=(const KelBase&) = delete;

@@ -7,6 +7,8 @@
 
 namespace meridyn {
 
+struct MappingTable;
+
 /// Answers from one XML mapping file: the variables of a source vocabulary, each with its key ("Name") and named
 /// attributes, among them the one that holds its key in the target vocabulary.
 ///
@@ -23,7 +25,11 @@ namespace meridyn {
 /// are merged, the later in byte order winning.
 ///
 /// A file is read only if it is a regular one. A document type declaration is passed over: no entity is expanded and
-/// nothing but the file is opened. The provider does not change after construction; copies share their table.
+/// nothing but the file is opened. The provider does not change after construction; copies share their table, and so do
+/// the providers of one file that the discovery of mapping files has read, while the file does not change.
+///
+/// Several threads may make providers at once, and ask one. A program that uses Xerces-C++ itself starts it before its
+/// threads do, since that library counts its users without a lock.
 class KEL_API KelVariableAttributeFile : public KelVariableAttributeProvider {
 public:
     /// Reads a mapping file. Never throws: if the path is empty, or the file is missing or not well-formed as a whole,
@@ -54,8 +60,7 @@ public:
     std::string getAttributeValue(const std::string& key, const std::string& attribute) override;
 
 private:
-    struct Contents;
-    std::shared_ptr<const Contents> _contents;
+    std::shared_ptr<const MappingTable> _table;
 };
 
 } // namespace meridyn

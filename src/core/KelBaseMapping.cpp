@@ -3,85 +3,45 @@
 #include "KelMessage.h"
 #include "KelMessageRegistrar.h"
 #include "KelVariableAttributeFile.h"
-#include "solution/MappingRegistry.h"
+#include "solution/MappingDiscovery.h"
+#include "text/Printing.h"
 
-#include <boost/filesystem.hpp>
+#include <atomic>
 #include <cstdlib>
-#include <iostream>
 #include <memory>
-#include <optional>
-#include <sstream>
 
 namespace meridyn {
 
-namespace fs = boost::filesystem;
+namespace {
 
-static const char directoryVariable[] = "KEL_VARIABLE_CONFIG_DIR";
-static const char reportVariable[] = "KEL_REPORT_VARIABLE_CONFIGS";
-static const char generic[] = "MERIDYN_GENERIC";
-static const char common[] = "MERIDYN_COMMON";
+constexpr const char* reportVariable = "KEL_REPORT_VARIABLE_CONFIGS";
+constexpr const char* generic = "MERIDYN_GENERIC";
+constexpr const char* common = "MERIDYN_COMMON";
 
-// ---- finding mapping files -------------------------------------------------------------
-
-/// The directory of mapping files, whether it exists or not; none when the environment does not say.
-static std::optional<fs::path> mappingDirectory()
+void reportRegistry(const MappingRegistry& files)
 {
-    if (const char* directory = std::getenv(directoryVariable))
-        return fs::path(directory);
-    const std::string rootVariable = "TVR_ROOT" + KelVersion::apiVersionAsString("");
-    if (const char* root = std::getenv(rootVariable.c_str()))
-        return fs::path(root) / "commonfiles" / "fluids" / "config" / "variables";
-    return std::nullopt;
-}
-
-/// Registers every mapping file of the directory; of two for the same vocabularies, the later one.
-static void registerMappingFiles(const fs::path& directory)
-{
-    if (!fs::is_directory(fs::status(directory)))
-        return;
-    for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
-        const std::string path = entry.path().string();
-        std::pair<std::string, std::string> sourceAndTarget;
-        if (KelVariableAttributeFile::isMappingFile(path, sourceAndTarget))
-            mappingRegistry()[sourceAndTarget] = path;
+    for (const auto& [sourceAndTarget, path] : files) {
+        printLine("Variable Config: ");
+        printLine("  Source: " + sourceAndTarget.first);
+        printLine("  Target: " + sourceAndTarget.second);
+        printFlushedLine("  File:   " + path);
     }
 }
 
-static std::string unreadableText(const fs::path& directory)
-{
-    std::ostringstream text;
-    text << "It was not possible to read the variable configuration files.\n"
-         << "Check existance and permissions of directory '" << directory << "'"; // sic; the path prints quoted
-    if (std::getenv(directoryVariable) != nullptr)
-        text << " which is defined by the environment variable '" << directoryVariable << "'";
-    return text.str();
-}
-
-static void reportRegistry()
-{
-    for (const auto& [sourceAndTarget, path] : mappingRegistry())
-        std::cout << "Variable Config: \n"
-                  << "  Source: " << sourceAndTarget.first << "\n"
-                  << "  Target: " << sourceAndTarget.second << "\n"
-                  << "  File:   " << path << std::endl;
-}
+} // namespace
 
 void KelBase::initializeVariableMappingConfigurations()
 {
-    static bool initialized = false;
-    if (initialized)
+    static std::atomic<bool> isReported{false};
+    const MappingDiscovery& discovery = discoveredMappings();
+    // The first object tells, and outside of any lock: whoever takes its lines may make a reader.
+    if (isReported.exchange(true))
         return;
-    if (const auto directory = mappingDirectory()) {
-        try {
-            registerMappingFiles(*directory);
-        } catch (const fs::filesystem_error&) {
-            getMessageRegistrar()->registerMessage(
-                KelWarning(unreadableText(*directory), "initializeVariableMappingConfigurations"));
-        }
-    }
-    initialized = true;
+    if (!discovery.problem.empty())
+        getMessageRegistrar()->registerMessage(
+            KelWarning(discovery.problem, "initializeVariableMappingConfigurations"));
     if (std::getenv(reportVariable) != nullptr)
-        reportRegistry();
+        reportRegistry(discovery.files);
 }
 
 // ---- choosing the files that lead from source to target --------------------------------
@@ -89,8 +49,9 @@ void KelBase::initializeVariableMappingConfigurations()
 /// The mapping file's path, or null.
 static const std::string* findMapping(const std::string& source, const std::string& target)
 {
-    const auto found = mappingRegistry().find({source, target});
-    return found != mappingRegistry().end() ? &found->second : nullptr;
+    const MappingRegistry& files = discoveredMappings().files;
+    const auto found = files.find({source, target});
+    return found != files.end() ? &found->second : nullptr;
 }
 
 using Chain = std::unique_ptr<KelVariableAttributeProvider>;

@@ -42,14 +42,16 @@ static std::string toBytes(const XMLCh* text)
     return bytes;
 }
 
-KelVariableMappingHandler::KelVariableMappingHandler(MappingParts parts) : _parts(parts)
-{}
+KelVariableMappingHandler::KelVariableMappingHandler() = default;
 
 KelVariableMappingHandler::~KelVariableMappingHandler() = default;
 
 void KelVariableMappingHandler::startElement(const XMLCh* name, xercesc::AttributeList& attributes)
 {
-    if (toBytes(name) != "attribute") {
+    const std::string element = toBytes(name);
+    if (_document.root.empty())
+        _document.root = element;
+    if (element != "attribute") {
         _scopes.emplace();
         return;
     }
@@ -77,7 +79,7 @@ void KelVariableMappingHandler::endElement(const XMLCh* name)
         return;
     if (element == "mapping")
         _document.header = std::move(_scopes.top());
-    else if (element == "variable" && _parts == MappingParts::ALL)
+    else if (element == "variable")
         moveVariable(_scopes.top());
     _scopes.pop();
 }
@@ -87,7 +89,9 @@ void KelVariableMappingHandler::moveVariable(Texts& scope)
     const auto key = scope.extract("Name");
     if (key.empty())
         return;
-    const std::string prefix = key.mapped() + '#';
+    const std::string& name = key.mapped();
+    _document.keys.push_back(name.substr(0, name.find('#')));
+    const std::string prefix = name + '#';
     auto place = _document.entries.lower_bound(prefix); // the entries of one variable follow one another
     while (!scope.empty()) {
         auto entry = scope.extract(scope.begin());

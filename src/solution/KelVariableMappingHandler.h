@@ -14,7 +14,7 @@ namespace meridyn {
 /// directly inside. What becomes of a scope is decided where its element ends: header, variable, or nothing.
 class KelVariableMappingHandler : public xercesc::HandlerBase {
 public:
-    explicit KelVariableMappingHandler(MappingParts parts);
+    KelVariableMappingHandler();
     ~KelVariableMappingHandler() override;
 
     void startElement(const XMLCh* name, xercesc::AttributeList& attributes) override;
@@ -29,7 +29,6 @@ public:
 private:
     void moveVariable(Texts& scope);
 
-    MappingParts _parts;
     MappingDocument _document;
     std::stack<Texts, std::vector<Texts>> _scopes;
 };

@@ -6,10 +6,12 @@
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>
 #include <fstream>
+#include <mutex>
 #include <sstream>
 #include <xercesc/framework/XMLPScanToken.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/sax/InputSource.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -17,13 +19,29 @@
 namespace meridyn {
 namespace {
 
-/// The XML platform, for the time of one parse. Counted by the library, so a host program may use it as well.
+/// The XML platform, for the time of one parse. The XML library counts its users, so a host program may use it as well,
+/// but counts without a lock: one of ours keeps parses of different threads apart where they begin and end.
 class XmlPlatform {
 public:
-    XmlPlatform() { xercesc::XMLPlatformUtils::Initialize(); }
-    ~XmlPlatform() { xercesc::XMLPlatformUtils::Terminate(); }
+    XmlPlatform()
+    {
+        const std::lock_guard lock(mutex());
+        xercesc::XMLPlatformUtils::Initialize();
+    }
+    ~XmlPlatform()
+    {
+        const std::lock_guard lock(mutex());
+        xercesc::XMLPlatformUtils::Terminate();
+    }
     XmlPlatform(const XmlPlatform&) = delete;
     XmlPlatform& operator=(const XmlPlatform&) = delete;
+
+private:
+    static std::mutex& mutex()
+    {
+        static std::mutex one;
+        return one;
+    }
 };
 
 /// What is read from a stream, and whether it is whole: the parser takes a zero character for the end of its input,
@@ -90,35 +108,76 @@ void configure(xercesc::SAXParser& parser)
     parser.setDisableDefaultEntityResolution(true);
 }
 
+/// Notes what is wrong first, and where; the parser goes on as it does without it.
+class FirstProblem : public xercesc::HandlerBase {
+public:
+    void error(const xercesc::SAXParseException& problem) override { note(problem); }
+    void fatalError(const xercesc::SAXParseException& problem) override { note(problem); }
+    void warning(const xercesc::SAXParseException&) override {}
+
+    const std::string& text() const { return _text; }
+
+private:
+    void note(const xercesc::SAXParseException& problem)
+    {
+        if (!_text.empty())
+            return;
+        for (const XMLCh* c = problem.getMessage(); c != nullptr && *c != 0; ++c)
+            _text += *c < 0x80 ? static_cast<char>(*c) : '?';
+        _text += " at line " + std::to_string(problem.getLineNumber()) + ", column " +
+                 std::to_string(problem.getColumnNumber());
+    }
+
+    std::string _text;
+};
+
+constexpr const char* unreadable = "it cannot be read";
+
 /// Whether the stream holds a well-formed document, the whole of it. The platform is there.
-bool parse(std::istream& stream, KelVariableMappingHandler& handler)
+///
+/// @param problem  what is wrong otherwise
+bool parse(std::istream& stream, KelVariableMappingHandler& handler, std::string& problem)
 {
     try {
         WatchedInput input(stream);
         ParserMemory memory;
+        FirstProblem first;
         xercesc::SAXParser parser(nullptr, &memory);
         configure(parser);
         parser.setDocumentHandler(&handler);
+        parser.setErrorHandler(&first);
         const InputStreamSource source(input);
         xercesc::XMLPScanToken token;
         for (bool goesOn = parser.parseFirst(source, token); goesOn; goesOn = parser.parseNext(token))
             memory.beginStep();
-        return parser.getErrorCount() == 0 && !input.isDamaged(); // no error handler: lesser errors are only counted
-    } catch (...) {
+        problem = input.isDamaged() ? "it holds zero characters" : first.text();
+        if (problem.empty() && parser.getErrorCount() != 0)
+            problem = unreadable;
+        return problem.empty();
+    } catch (...) { // beyond the bounds of memory, or broken in its encoding
+        problem = unreadable;
         return false;
     }
 }
 
-MappingDocument read(std::istream& stream, MappingParts parts)
+MappingDocument withProblem(std::string problem)
 {
+    MappingDocument document;
+    document.problem = std::move(problem);
+    return document;
+}
+
+MappingDocument read(std::istream& stream)
+{
+    std::string problem = unreadable;
     try {
         const XmlPlatform platform;
-        KelVariableMappingHandler handler(parts);
-        if (parse(stream, handler))
+        KelVariableMappingHandler handler;
+        if (parse(stream, handler, problem))
             return std::move(handler.document());
     } catch (...) { // no platform, no memory
     }
-    return {};
+    return withProblem(problem);
 }
 
 } // namespace
@@ -131,19 +190,19 @@ Texts::iterator moveEntry(Texts::node_type entry, Texts& map, Texts::iterator hi
     return place;
 }
 
-MappingDocument readMappingFile(const std::string& path, MappingParts parts)
+MappingDocument readMappingFile(const std::string& path)
 {
     boost::system::error_code problem;
     if (!boost::filesystem::is_regular_file(boost::filesystem::path(path), problem))
-        return {}; // unopened: a pipe would keep us waiting
+        return withProblem("it is no regular file"); // unopened: a pipe would keep us waiting
     std::ifstream file(path, std::ios::binary);
-    return read(file, parts);
+    return read(file);
 }
 
-MappingDocument readMappingText(const std::string& text, MappingParts parts)
+MappingDocument readMappingText(const std::string& text)
 {
     std::istringstream stream(text);
-    return read(stream, parts);
+    return read(stream);
 }
 
 } // namespace meridyn

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace meridyn {
 
@@ -13,24 +14,28 @@ Texts::iterator moveEntry(Texts::node_type entry, Texts& map, Texts::iterator hi
 
 /// What a mapping file says, before it becomes a table. Texts are UTF-8.
 struct MappingDocument {
+    /// Why the document is empty, with the place in the file where it is known; empty when it was read as a whole.
+    std::string problem;
+
+    /// The name of the root element.
+    std::string root;
+
     /// The attributes of the root.
     Texts header;
 
     /// Values by variable key, '#', attribute name, in one text. Two variables of one key thus share their attributes.
     Texts entries;
+
+    /// The keys of the variables in the order of the file, repeats included, each up to its first '#'.
+    std::vector<std::string> keys;
 };
 
-/// How much of a mapping file is kept. It is read to its end in any case.
-enum class MappingParts {
-    HEADER,
-    ALL
-};
+/// Reads a mapping file. A document that is empty but for its problem, if there is no regular file of that name or it
+/// is not well-formed as a whole. Never throws. Opens nothing but the file; memory is bounded by what the file defines.
+/// Any thread may call this at any time.
+MappingDocument readMappingFile(const std::string& path);
 
-/// Reads a mapping file. An empty document if there is no regular file of that name or it is not well-formed as a
-/// whole. Never throws. Opens nothing but the file; memory is bounded by what the file defines.
-MappingDocument readMappingFile(const std::string& path, MappingParts parts);
-
-/// The same for a text in memory.
-MappingDocument readMappingText(const std::string& text, MappingParts parts);
+/// Reads a mapping file's text in memory, as readMappingFile reads the file.
+MappingDocument readMappingText(const std::string& text);
 
 } // namespace meridyn

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -199,6 +200,83 @@ TEST_F(Discovery, IsNotRepeatedWhenTheEnvironmentChanges)
     const std::string setReport = "set=" + std::string(reportVariable) + ">1";
     EXPECT_EQ(probe({setDirectory, setReport, "environment", "another", "route=X>Y", "key=p"}), "none\n")
         << "the first object found no variable, and that was the one time";
+}
+
+// ---- reading a file once ----------------------------------------------------------------
+
+namespace {
+
+/// Counts how often a file is opened while this lives.
+class Openings {
+public:
+    explicit Openings(const std::string& path) : _queue(inotify_init1(IN_NONBLOCK))
+    {
+        inotify_add_watch(_queue, path.c_str(), IN_OPEN | IN_DONT_FOLLOW);
+    }
+    ~Openings() { close(_queue); }
+    Openings(const Openings&) = delete;
+    Openings& operator=(const Openings&) = delete;
+
+    std::size_t count() const
+    {
+        std::size_t count = 0;
+        alignas(inotify_event) char events[1024];
+        for (ssize_t size = 0; (size = read(_queue, events, sizeof events)) > 0;)
+            count += static_cast<std::size_t>(size) / sizeof(inotify_event); // of a file they bear no name
+        return count;
+    }
+
+private:
+    int _queue;
+};
+
+/// Waits until a change of a file just written has another time than the writing.
+void waitForTheNextTick()
+{
+    usleep(50000);
+}
+
+} // namespace
+
+TEST_F(Discovery, ReadsAFileOnce)
+{
+    useFolder();
+    const std::string file = _folder.write("1.xml", mapping("X", "Y", {"p"}, "1"));
+    waitForTheNextTick();
+    const Openings openings(file);
+    EXPECT_EQ(probe({"route=X>Y", "key=p", "another", "route=X>Y", "key=p"}), "p1\np1\n");
+    EXPECT_EQ(openings.count(), 1u);
+}
+
+TEST_F(Discovery, ReadsAFileAgainThatHasChanged)
+{
+    useFolder();
+    const std::string file = _folder.write("1.xml", mapping("X", "Y", {"p"}, "1"));
+    const std::string changed = _folder.write("changed", mapping("X", "Y", {"p"}, "2")); // of the same size
+    waitForTheNextTick();
+    EXPECT_EQ(probe({"route=X>Y", "key=p", "rename=" + changed + ">" + file, "another", "route=X>Y", "key=p"}),
+              "p1\np2\n");
+}
+
+// ---- the list of files -------------------------------------------------------------------
+
+TEST_F(Discovery, ListsTheFilesThatAreUsedWithTheirKeys)
+{
+    useFolder();
+    const std::string xy = _folder.write("1.xml", mapping("X", "Y", {"q", "p", "q"}, "1"));
+    const std::string ab = _folder.write("2.xml", mapping("A", "B", {}, "1"));
+    _folder.write("3.xml", "no mapping");
+    EXPECT_EQ(probe({"list"}), "A>B Mapped used:  " + ab + "\nX>Y Mapped used: q p q " + xy + "\n");
+    EXPECT_EQ(probe({"remove=" + xy, "list"}),
+              "A>B Mapped used:  " + ab + "\nX>Y  used:  " + xy + " is no mapping file: it is no regular file\n");
+}
+
+TEST_F(Discovery, ListNeedsNoObjectAndLeavesItsWarningToTheFirst)
+{
+    _environment[directoryVariable] = _folder / "loop";
+    std::filesystem::create_symlink(_folder / "loop", _folder / "loop");
+    EXPECT_EQ(probe({"none", "list", "another", "warnings", "another", "warnings"}),
+              warningText("\"" + _folder / "loop" + "\"", true));
 }
 
 // ---- trouble with the file system --------------------------------------------------------

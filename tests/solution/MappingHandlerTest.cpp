@@ -12,21 +12,19 @@ TEST(MappingDocument, IsTheSameFromMemory)
 {
     const std::string text = "<mapping><attribute key='Source' value='S'/><variable><attribute key='Name' value='p'/>"
                              "<attribute key='a' value='1'/></variable></mapping>";
-    const MappingDocument document = readMappingText(text, MappingParts::ALL);
+    const MappingDocument document = readMappingText(text);
     EXPECT_EQ(document.header, (Texts{{"Source", "S"}}));
     EXPECT_EQ(document.entries, (Texts{{"p#a", "1"}}));
-    const MappingDocument headerOnly = readMappingText(text, MappingParts::HEADER);
-    EXPECT_EQ(headerOnly.header, document.header);
-    EXPECT_TRUE(headerOnly.entries.empty());
-    EXPECT_TRUE(readMappingText(text.substr(0, text.size() - 1), MappingParts::ALL).header.empty());
-    EXPECT_TRUE(readMappingText("", MappingParts::ALL).header.empty());
+    EXPECT_EQ(document.keys, (std::vector<std::string>{"p"}));
+    EXPECT_TRUE(readMappingText(text.substr(0, text.size() - 1)).header.empty());
+    EXPECT_TRUE(readMappingText("").header.empty());
 }
 
 TEST(MappingDocument, ZeroCharactersAreDamageButWideEncodingsAreNot)
 {
     const std::string text = "<mapping><attribute key='Source' value='S'/></mapping>";
     for (const std::string& tail : {std::string(1, '\0'), std::string("\0garbage", 8), std::string(100000, '\0')})
-        EXPECT_TRUE(readMappingText(text + tail, MappingParts::ALL).header.empty()) << tail.size();
+        EXPECT_TRUE(readMappingText(text + tail).header.empty()) << tail.size();
     std::string bigEndian = "\xFE\xFF";
     std::string littleEndian = "\xFF\xFE";
     for (const char c : text) {
@@ -34,7 +32,7 @@ TEST(MappingDocument, ZeroCharactersAreDamageButWideEncodingsAreNot)
         littleEndian += {c, '\0'};
     }
     for (const std::string& wide : {bigEndian, littleEndian})
-        EXPECT_EQ(readMappingText(wide, MappingParts::ALL).header, (Texts{{"Source", "S"}}));
+        EXPECT_EQ(readMappingText(wide).header, (Texts{{"Source", "S"}}));
 }
 
 namespace {
@@ -51,8 +49,8 @@ std::string documentWithAttributes(int count)
 
 TEST(MappingDocument, AnElementOfVeryManyAttributesIsDamage)
 {
-    EXPECT_EQ(readMappingText(documentWithAttributes(1000), MappingParts::ALL).header, (Texts{{"Source", "S"}}));
-    EXPECT_TRUE(readMappingText(documentWithAttributes(10000), MappingParts::ALL).header.empty());
+    EXPECT_EQ(readMappingText(documentWithAttributes(1000)).header, (Texts{{"Source", "S"}}));
+    EXPECT_TRUE(readMappingText(documentWithAttributes(10000)).header.empty());
 }
 
 TEST(MappingDocument, ManyElementsAreNot)
@@ -60,15 +58,14 @@ TEST(MappingDocument, ManyElementsAreNot)
     std::string text = "<mapping><attribute key='Source' value='S'/>";
     for (int i = 0; i < 20000; ++i)
         text += "<other a='1' b='2'>text</other>";
-    EXPECT_EQ(readMappingText(text + "</mapping>", MappingParts::ALL).header, (Texts{{"Source", "S"}}));
+    EXPECT_EQ(readMappingText(text + "</mapping>").header, (Texts{{"Source", "S"}}));
 }
 
 TEST(MappingDocument, ATextThatWouldTakeAllMemoryIsDamage)
 {
     const std::string begin = "<mapping><attribute key='Source' value='S'/><other a='";
-    EXPECT_EQ(readMappingText(begin + std::string(1 << 20, 'x') + "'/></mapping>", MappingParts::ALL).header,
-              (Texts{{"Source", "S"}}));
-    EXPECT_TRUE(readMappingText(begin + std::string(1 << 26, 'x') + "'/></mapping>", MappingParts::ALL).header.empty());
+    EXPECT_EQ(readMappingText(begin + std::string(1 << 20, 'x') + "'/></mapping>").header, (Texts{{"Source", "S"}}));
+    EXPECT_TRUE(readMappingText(begin + std::string(1 << 26, 'x') + "'/></mapping>").header.empty());
 }
 
 namespace {
@@ -93,7 +90,7 @@ private:
 
 TEST(MappingHandler, ToleratesEndsAndAttributesOutsideOfEverything)
 {
-    KelVariableMappingHandler handler(MappingParts::ALL);
+    KelVariableMappingHandler handler;
     Attributes attribute({{u"key", u"Source"}, {u"value", u"S"}});
     handler.endElement(u"mapping");
     handler.startElement(u"attribute", attribute);
@@ -108,7 +105,7 @@ TEST(MappingHandler, FatalErrorForgetsEverything)
 {
     xercesc::XMLPlatformUtils::Initialize();
     {
-        KelVariableMappingHandler handler(MappingParts::ALL);
+        KelVariableMappingHandler handler;
         Attributes none({});
         Attributes attribute({{u"key", u"Source"}, {u"value", u"S"}});
         handler.startElement(u"mapping", none);

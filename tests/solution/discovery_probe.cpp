@@ -3,6 +3,9 @@
 //
 //   warnings          the texts of all warnings, and forgets them
 //   another           goes on with a second object
+//   none              as the first command: there is no object yet
+//   list              the mapping files that are used, one line each
+//   rename=FROM>TO    puts a file in the place of another
 //   solver=TYPE       sets the solver type
 //   route=FROM>TO     chooses the provider
 //   remove=PATH       deletes a file
@@ -16,6 +19,7 @@
 //   value=KEY>NAME    the value of an attribute, in brackets
 //   target            the vocabulary that was chosen last, in brackets
 #include "KelBase.h"
+#include "KelMappingFiles.h"
 #include "KelVariableAttributeProvider.h"
 
 #include <algorithm>
@@ -45,6 +49,8 @@ public:
             initializeVariableAttributeProvider(first, second);
         else if (command == "remove")
             std::remove(first.c_str());
+        else if (command == "rename")
+            std::rename(first.c_str(), second.c_str());
         else if (command == "own")
             setVariableAttributeProvider(new Own, true);
         else if (command == "drop")
@@ -75,13 +81,29 @@ private:
     }
 };
 
+void list()
+{
+    for (const meridyn::KelMappingFile& file : meridyn::KelMappingFiles::discovered()) {
+        std::cout << file.source << ">" << file.target << " " << file.mappedKeyAttribute
+                  << (file.isUsed ? " used: " : " : ");
+        for (std::size_t i = 0; i < file.keys.size(); ++i)
+            std::cout << (i > 0 ? " " : "") << file.keys[i];
+        std::cout << " " << file.path << (file.problem.empty() ? "" : " ") << file.problem << "\n";
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    auto probe = std::make_unique<Probe>();
+    const bool beginsWithout = argc > 1 && argv[1] == std::string("none");
+    auto probe = beginsWithout ? nullptr : std::make_unique<Probe>();
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
+        if (argument == "list")
+            list();
+        if (argument == "list" || argument == "none")
+            continue;
         if (argument == "another") {
             probe = std::make_unique<Probe>();
             continue;

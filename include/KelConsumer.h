@@ -388,9 +388,12 @@ public:
     /// elements follow by range or zone, `size` per element.
     /// Trace: "  <Node|Face|Cell>-data, var = <name or id>, Zones = <ids>.", "  Element id: (<first>, <last>)".
     /// Categories other than node, face and cell are reported on standard output.
+    /// The two forms with a constant list, `{20}` for example, hand a copy of it to the others.
     /// @{
     virtual void startWritingPhaseVariableInZonesOfCategory  (KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds, unsigned64 size);
     virtual void startWritingPhaseVariableInZonesOfCategory  (KelZoneCategory category, int variableId, std::vector<int>& zoneIds, unsigned64 size);
+    void         startWritingPhaseVariableInZonesOfCategory  (KelZoneCategory category, const std::string& variableName, const std::vector<int>& zoneIds, unsigned64 size);
+    void         startWritingPhaseVariableInZonesOfCategory  (KelZoneCategory category, int variableId, const std::vector<int>& zoneIds, unsigned64 size);
     virtual void setValuesOfPhaseVariableForElementsInRange  (unsigned64 firstId, unsigned64 lastId, const float*  values, unsigned64 count);
     virtual void setValuesOfPhaseVariableForElementsInRange  (unsigned64 firstId, unsigned64 lastId, const double* values, unsigned64 count);
     virtual void setValuesOfPhaseVariableForElementsInZone   (int zoneId, const float*  values, unsigned64 count);

@@ -350,12 +350,21 @@ public:
     /// @{
     virtual bool getAttributesOfPhaseVariable(int variableId, std::vector<std::string>& names) const;
     virtual bool getAttributesOfPhaseVariable(short phaseId, const std::string& variableName, std::vector<std::string>& names) const;
-    virtual bool getAttributesOfPhaseVariable(const std::string& phaseName, const std::string& variableName, std::vector<std::string>& names) const;
-    virtual bool getAttributesOfPhaseVariable(const std::string& variableName, std::vector<std::string>& names) const;
+    bool getAttributesOfPhaseVariable(const std::string& phaseName, const std::string& variableName, std::vector<std::string>& names) const;
+    bool getAttributesOfPhaseVariable(const std::string& variableName, std::vector<std::string>& names) const;
     virtual bool getAttributeValueOfPhaseVariable(int variableId, const std::string& attribute, std::string& value) const;
     virtual bool getAttributeValueOfPhaseVariable(short phaseId, const std::string& variableName, const std::string& attribute, std::string& value) const;
     virtual bool getAttributeValueOfPhaseVariable(const std::string& phaseName, const std::string& variableName, const std::string& attribute, std::string& value) const;
     virtual bool getAttributeValueOfPhaseVariable(const std::string& variableName, const std::string& attribute, std::string& value) const;
+    /// @}
+
+    /// @name Attributes of a variable as they are stored
+    /// What the file holds, or what was set since, whatever provider or recipe there is. False for an unknown variable or
+    /// attribute; `value` is then left alone, while `names` is replaced in any case, ascending. The list never holds
+    /// "Dataset Name", which has a value all the same.
+    /// @{
+    bool getStoredAttributesOfPhaseVariable(int variableId, std::vector<std::string>& names) const;
+    bool getStoredAttributeValueOfPhaseVariable(int variableId, const std::string& attribute, std::string& value) const;
     /// @}
 
     /// @name Values of a variable of the active phase

@@ -49,7 +49,7 @@ KEL_API void printCopyrightNotice();
 
 /// Prints the version banner on standard output, flushing after each line: the release with the build in brackets,
 /// and the file versions that are written and read. The first call in the process prints the start-up notice above
-/// it. Not to be called from two threads at once.
+/// it. When two threads call it for the first time at once, one of them prints the notice.
 KEL_API void printSDKVersion();
 
 } // namespace meridyn

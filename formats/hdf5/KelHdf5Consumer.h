@@ -85,6 +85,7 @@ public:
     /// @name Values of variables
     /// @{
     void startWritingPhase(short phaseId) const override;
+    using KelFormatConsumer::startWritingPhaseVariableInZonesOfCategory;
     void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, const std::string& variableName, std::vector<int>& zoneIds, unsigned64 size) override;
     void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, int variableId, std::vector<int>& zoneIds, unsigned64 size) override;
     void endWritingPhaseVariableInZonesOfCategory() override;

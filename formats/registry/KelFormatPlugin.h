@@ -6,8 +6,9 @@ namespace meridyn {
 
 /// Version of the agreement between the registry and a plug-in. A plug-in built for another one is refused.
 ///
-/// It changes with the major version of the library and whenever KelFormat or the frames change their layout.
-constexpr unsigned int kelFormatPluginVersion = 2501;
+/// It changes with the major version of the library, which are its hundreds, and whenever KelFormat or the frames
+/// change their layout, which the rest counts.
+constexpr unsigned int kelFormatPluginVersion = 2502;
 
 /// What a plug-in hands over. The strings and functions in `format` live in the shared object, which is never unloaded.
 struct KelFormatPlugin {

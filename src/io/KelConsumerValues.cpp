@@ -21,12 +21,12 @@ static std::string categoryLabel(KelZoneCategory category)
     }
 }
 
-/// The same, with a complaint in the place of the label.
+/// What the trace calls a category. One without a label prints the complaint instead, and its label is empty.
 static std::string categoryLabelOrLine(KelZoneCategory category, const char* complaint)
 {
     std::string label = categoryLabel(category);
     if (label.empty())
-        std::cout << complaint << std::endl;
+        printFlushedLine(complaint);
     return label;
 }
 
@@ -75,6 +75,20 @@ void KelConsumer::startWritingPhaseVariableInZonesOfCategory(KelZoneCategory cat
     const std::string kind = categoryLabelOrLine(
         category, "KelConsumer::startWritingPhaseVariableInZonesOfCategory(): Invalid ZoneCategory.");
     trace::list(kind + "-data, var = " + std::to_string(variableId) + ", Zones", zoneIds);
+}
+
+void KelConsumer::startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, const std::string& variableName,
+                                                             const std::vector<int>& zoneIds, unsigned64 size)
+{
+    std::vector<int> zones = zoneIds; // the list of a virtual form may be written to
+    startWritingPhaseVariableInZonesOfCategory(category, variableName, zones, size);
+}
+
+void KelConsumer::startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, int variableId,
+                                                             const std::vector<int>& zoneIds, unsigned64 size)
+{
+    std::vector<int> zones = zoneIds;
+    startWritingPhaseVariableInZonesOfCategory(category, variableId, zones, size);
 }
 
 void KelConsumer::setValuesOfPhaseVariableForElementsInRange(unsigned64 firstId, unsigned64 lastId, const float*,

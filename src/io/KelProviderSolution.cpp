@@ -217,6 +217,17 @@ bool KelProvider::getAttributeValueOfPhaseVariable(const std::string& variableNa
     return getActivePhase(phaseId) && getAttributeValueOfPhaseVariable(phaseId, variableName, attribute, value);
 }
 
+bool KelProvider::getStoredAttributesOfPhaseVariable(int variableId, std::vector<std::string>& names) const
+{
+    return solutionModel()->getAttributeNamesOfVariable(variableId, names);
+}
+
+bool KelProvider::getStoredAttributeValueOfPhaseVariable(int variableId, const std::string& attribute,
+                                                         std::string& value) const
+{
+    return solutionModel()->getAttributeOfVariable(variableId, attribute, value);
+}
+
 void KelProvider::applyVariableRecipe(int variableId, std::string attribute, std::string& value) const
 {
     if (attribute == KelAttributes::recipe) {

@@ -1,6 +1,8 @@
 #include "KelVersion.h"
 
-#include <iostream>
+#include "text/Printing.h"
+
+#include <atomic>
 
 namespace meridyn {
 
@@ -22,17 +24,17 @@ KelVersion::~KelVersion() = default;
 
 unsigned int KelVersion::getMajor()
 {
-    return 25;
+    return KEL_VERSION_MAJOR;
 }
 
 unsigned int KelVersion::getMinor()
 {
-    return 1;
+    return KEL_VERSION_MINOR;
 }
 
 unsigned int KelVersion::getPatch()
 {
-    return 0;
+    return KEL_VERSION_PATCH;
 }
 
 bool KelVersion::isBeta()
@@ -61,22 +63,17 @@ std::string KelVersion::copyright(bool withWarning)
     return withWarning ? notice + " " + prohibition : notice;
 }
 
-static void printLine(const std::string& text)
-{
-    std::cout << text << std::endl; // flushed, so that the notice stands before whatever a solver prints in C
-}
-
 static void printIndented(const std::string& text)
 {
-    printLine(bannerIndent + text);
+    printFlushedLine(bannerIndent + text); // flushed: it stands before whatever a solver prints in C
 }
 
 void printCopyrightNotice()
 {
-    printLine("");
-    printLine("");
+    printFlushedLine("");
+    printFlushedLine("");
     printIndented("Welcome to " + KelVersion::meridynApplicationVersion(sdkName));
-    printLine("");
+    printFlushedLine("");
     printIndented(KelVersion::copyright(false)); // the warning follows on a line of its own
     printIndented(prohibition);
     printIndented(exportControl);
@@ -85,19 +82,17 @@ void printCopyrightNotice()
 
 void printSDKVersion()
 {
-    static bool noticePrinted = false;
-    if (!noticePrinted) {
+    static std::atomic<bool> noticePrinted{false}; // no lock: a callback that prints may ask for the banner itself
+    if (!noticePrinted.exchange(true))
         printCopyrightNotice();
-        noticePrinted = true;
-    }
-    printLine("");
-    printLine("");
+    printFlushedLine("");
+    printFlushedLine("");
     printIndented(KelVersion::meridynApplicationVersion(sdkName) + "[" + KelVersion::getSHA() + "]");
     printIndented("can produce abridged version of MERIDYN Fluids 19.0 files; and");
     printIndented("can read files produced by the following MERIDYN Fluids versions:");
     printIndented(std::string(bannerIndent) + "16.0 to " + KelVersion::apiVersionAsString("."));
-    printLine("");
-    printLine("");
+    printFlushedLine("");
+    printFlushedLine("");
 }
 
 } // namespace meridyn

@@ -243,6 +243,8 @@ const ConsumerRow rows[] = {
     KEL_ROW(startWritingPhaseVariableInZonesOfCategory, (KEL_NODE_ZONE, "pressure", noZones, 1), emptyLine),
     KEL_ROW(startWritingPhaseVariableInZonesOfCategory, (KEL_EDGE_ZONE, "p", zones37, 1), "KelConsumer::startWritingPhaseVariableOfCategory(): Invalid ZoneCategory.\n  -data, var = p, Zones = 3, 7.\n\n"), // kept: the shorter name
     KEL_ROW(startWritingPhaseVariableInZonesOfCategory, (KEL_FACE_ZONE, 12, zones37, 1), "  Face-data, var = 12, Zones = 3, 7.\n\n"),
+    KEL_ROW(startWritingPhaseVariableInZonesOfCategory, (KEL_CELL_ZONE, "pressure", {20}, 1), "  Cell-data, var = pressure, Zones = 20.\n\n"),
+    KEL_ROW(startWritingPhaseVariableInZonesOfCategory, (KEL_FACE_ZONE, 12, {20, 21}, 1), "  Face-data, var = 12, Zones = 20, 21.\n\n"),
     KEL_ROW(startWritingPhaseVariableInZonesOfCategory, (KEL_NODE_ZONE, -12, zones37, 3), "  Node-data, var = -12, Zones = 3, 7.\n\n"),
     KEL_ROW(startWritingPhaseVariableInZonesOfCategory, (KelZoneCategory(4), 12, noZones, 1), "KelConsumer::startWritingPhaseVariableInZonesOfCategory(): Invalid ZoneCategory.\n\n"),
     KEL_ROW(setValuesOfPhaseVariableForElementsInRange, (11, 20, floats, 3), "  Element id: (11, 20)\n\n"),

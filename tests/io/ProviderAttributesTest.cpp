@@ -149,6 +149,26 @@ TEST_F(ProviderAttributes, NamesOfAnUnknownVariableComeFromTheProviderAlone)
     EXPECT_FALSE(reader.getAttributesOfPhaseVariable("no phase", "v", names));
 }
 
+TEST_F(ProviderAttributes, StoredOnesAreThoseOfTheFileWhateverProviderThereIs)
+{
+    store(1, "b", "of the file");
+    install();
+    table.supported = {"a", "b"};
+    EXPECT_TRUE(reader.getStoredAttributesOfPhaseVariable(1, names));
+    EXPECT_EQ(names, Names{"b"});
+    EXPECT_TRUE(reader.getStoredAttributeValueOfPhaseVariable(1, "b", value));
+    EXPECT_EQ(value, "of the file");
+    EXPECT_TRUE(reader.getStoredAttributeValueOfPhaseVariable(1, "Dataset Name", value));
+    EXPECT_EQ(value, "p");
+    EXPECT_FALSE(reader.getStoredAttributeValueOfPhaseVariable(1, "a", value));
+    EXPECT_FALSE(reader.getStoredAttributeValueOfPhaseVariable(1, "User Visible", value));
+    EXPECT_FALSE(reader.getStoredAttributeValueOfPhaseVariable(99, "b", value));
+    EXPECT_EQ(value, "p") << "left alone";
+    EXPECT_FALSE(reader.getStoredAttributesOfPhaseVariable(99, names));
+    EXPECT_TRUE(names.empty());
+    EXPECT_TRUE(table.asked.empty());
+}
+
 // ---- recipes
 
 TEST_F(ProviderAttributes, RecipeRewritesAValueOfFileAndProvider)

@@ -118,8 +118,10 @@ unsigned64 KelFormatProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZo
                                                                            std::vector<int>& zoneIds)
 {
     short phaseId = 0;
-    const bool isKnown = getActivePhase(phaseId) && solutionModel()->hasVariable(phaseId, variableId);
-    return startReadingZonesOfCategoryWithPhaseVariable(category, isKnown ? variableName(variableId) : "", zoneIds);
+    if (getActivePhase(phaseId) && solutionModel()->hasVariable(phaseId, variableId))
+        return startReadingZonesOfCategoryWithPhaseVariable(category, variableName(variableId), zoneIds);
+    zoneIds.clear();
+    return notStartedVariable(variableId);
 }
 
 bool KelFormatProvider::hasParticles() const

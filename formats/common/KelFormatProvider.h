@@ -3,6 +3,7 @@
 #include "KelArrays.h"
 #include "KelFileProvider.h"
 #include "KelMeshKey.h"
+#include "KelMisuse.h"
 #include "KelModelDescription.h"
 #include "KelSourceLedger.h"
 #include "KelValues.h"
@@ -24,8 +25,9 @@ namespace meridyn {
 ///           these. The forms by phase id, of the active phase, by the id of a variable reach the form with the name.
 /// Meshes    the lists of meshes, targets and partitions come from meshKeys, which a format overrides.
 /// Ledger    what a format does not hand over of its source it notes with noteNotRead; what it works out itself it
-/// tells
-///           by overriding derived.
+///           tells by overriding derived.
+/// Misuse    when an answer is empty because of its caller, a KelInfo in the message store says why, once per kind
+///           (KelMisuse) and object. It is no error: there may be callers who ask on purpose.
 /// Overloads a format that overrides one overload repeats the others with `using KelFormatProvider::...`.
 class KEL_API KelFormatProvider : public KelFileProvider, public KelSourceLedger {
 public:
@@ -45,6 +47,14 @@ public:
     void chooseNoLevel(bool on) override;
 
     // clang-format off
+    /// @name Opening and closing
+    /// As KelFileProvider does; what is open is noted.
+    /// @{
+    using KelFileProvider::startReading;
+    bool startReading(KelDataClass dataClass) override;
+    bool endReading(KelDataClass dataClass) override;
+    /// @}
+
     /// @name Settings and meshes
     /// @{
     using KelFileProvider::availablePartitionIds;
@@ -57,36 +67,36 @@ public:
 
     /// @name Arrays by range: come from give, uniform counts from uniformValue, interface data from giveInterface
     /// @{
-    unsigned64 getCoordinatesForNodesInRange(unsigned64 first, unsigned64 last, double* xyz, unsigned64 capacity) const override { return give(KelArray::Coordinates, first, last, {xyz, capacity}); }
-    unsigned64 getCoordinatesForNodesInRange(unsigned64 first, unsigned64 last, float* xyz, unsigned64 capacity) const override { return give(KelArray::Coordinates, first, last, {xyz, capacity}); }
-    unsigned64 getNodeIdsForEdgesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::EdgeNodes, first, last, {ids, capacity}); }
-    unsigned64 getNodeCountsForEdgesInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::EdgeNodeCounts, first, last, {counts, capacity}); }
+    unsigned64 getCoordinatesForNodesInRange(unsigned64 first, unsigned64 last, double* xyz, unsigned64 capacity) const override { return answer(KelArray::Coordinates, first, last, {xyz, capacity}); }
+    unsigned64 getCoordinatesForNodesInRange(unsigned64 first, unsigned64 last, float* xyz, unsigned64 capacity) const override { return answer(KelArray::Coordinates, first, last, {xyz, capacity}); }
+    unsigned64 getNodeIdsForEdgesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::EdgeNodes, first, last, {ids, capacity}); }
+    unsigned64 getNodeCountsForEdgesInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return answer(KelArray::EdgeNodeCounts, first, last, {counts, capacity}); }
     bool hasUniformNodeCountForEdgesInRange(unsigned64 first, unsigned64 last, short* count) const override { return isUniform(KelArray::EdgeNodeCounts, {first, last}, count); }
-    unsigned64 getNodeIdsForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::FaceNodes, first, last, {ids, capacity}); }
-    unsigned64 getNodeCountsForFacesInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::FaceNodeCounts, first, last, {counts, capacity}); }
+    unsigned64 getNodeIdsForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::FaceNodes, first, last, {ids, capacity}); }
+    unsigned64 getNodeCountsForFacesInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return answer(KelArray::FaceNodeCounts, first, last, {counts, capacity}); }
     bool hasUniformNodeCountForFacesInRange(unsigned64 first, unsigned64 last, short* count) const override { return isUniform(KelArray::FaceNodeCounts, {first, last}, count); }
-    unsigned64 getCell0sForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::FaceCell0s, first, last, {ids, capacity}); }
-    unsigned64 getCell1sForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::FaceCell1s, first, last, {ids, capacity}); }
-    unsigned64 getShadowFaceIdsForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::FaceShadows, first, last, {ids, capacity}); }
+    unsigned64 getCell0sForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::FaceCell0s, first, last, {ids, capacity}); }
+    unsigned64 getCell1sForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::FaceCell1s, first, last, {ids, capacity}); }
+    unsigned64 getShadowFaceIdsForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::FaceShadows, first, last, {ids, capacity}); }
     unsigned64 getInterfaceDataForFacesInZone(int zoneId, float* a, unsigned64 na, float* b, unsigned64 nb, unsigned64* ids0, unsigned64 count0, unsigned64* ids1, unsigned64 count1) const override { return giveInterface(zoneId, {{{a, na}, {b, nb}, {ids0, count0}, {ids1, count1}}}); }
     unsigned64 getInterfaceDataForFacesInZone(int zoneId, double* a, unsigned64 na, double* b, unsigned64 nb, unsigned64* ids0, unsigned64 count0, unsigned64* ids1, unsigned64 count1) const override { return giveInterface(zoneId, {{{a, na}, {b, nb}, {ids0, count0}, {ids1, count1}}}); }
-    unsigned64 getChildFaceIdsForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::FaceChildren, first, last, {ids, capacity}); }
-    unsigned64 getChildFaceCountsForFacesInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::FaceChildCounts, first, last, {counts, capacity}); }
-    unsigned64 getTypesForCellsInRange(unsigned64 first, unsigned64 last, KelCellType* types, unsigned64 capacity) const override { return give(KelArray::CellTypes, first, last, {types, capacity, KEL_PLAIN_INT}); }
+    unsigned64 getChildFaceIdsForFacesInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::FaceChildren, first, last, {ids, capacity}); }
+    unsigned64 getChildFaceCountsForFacesInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return answer(KelArray::FaceChildCounts, first, last, {counts, capacity}); }
+    unsigned64 getTypesForCellsInRange(unsigned64 first, unsigned64 last, KelCellType* types, unsigned64 capacity) const override { return answer(KelArray::CellTypes, first, last, {types, capacity, KEL_PLAIN_INT}); }
     bool hasUniformTypeForCellsInZone(int zoneId, KelCellType* type) const override { return isUniform(KelArray::CellTypes, rangeOfCellZone(zoneId), type); }
-    unsigned64 getNodeIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::CellNodes, first, last, {ids, capacity}); }
-    unsigned64 getNodeCountsForCellsInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::CellNodeCounts, first, last, {counts, capacity}); }
+    unsigned64 getNodeIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::CellNodes, first, last, {ids, capacity}); }
+    unsigned64 getNodeCountsForCellsInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return answer(KelArray::CellNodeCounts, first, last, {counts, capacity}); }
     bool hasUniformNodeCountForCellsInZone(int zoneId, short* count) const override { return isUniform(KelArray::CellNodeCounts, rangeOfCellZone(zoneId), count); }
-    unsigned64 getFaceIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::CellFaces, first, last, {ids, capacity}); }
-    unsigned64 getFaceCountsForCellsInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::CellFaceCounts, first, last, {counts, capacity}); }
+    unsigned64 getFaceIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::CellFaces, first, last, {ids, capacity}); }
+    unsigned64 getFaceCountsForCellsInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return answer(KelArray::CellFaceCounts, first, last, {counts, capacity}); }
     bool hasUniformFaceCountForCellsInZone(int zoneId, short* count) const override { return isUniform(KelArray::CellFaceCounts, rangeOfCellZone(zoneId), count); }
     short getFaceCountForCell(unsigned64 cellId) const override; ///< By getFaceCountsForCellsInRange.
-    unsigned64 getPartitionIdsForCellsInRange(unsigned64 first, unsigned64 last, int* ids, unsigned64 capacity) const override { return give(KelArray::CellPartitions, first, last, {ids, capacity}); }
-    unsigned64 getChildCellIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::CellChildren, first, last, {ids, capacity}); }
-    unsigned64 getChildCellCountsForCellsInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return give(KelArray::CellChildCounts, first, last, {counts, capacity}); }
-    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 first, unsigned64 last, float* values, unsigned64 capacity) const override { return give(KelArray::PhaseVariable, first, last, {values, capacity}); }
-    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 first, unsigned64 last, double* values, unsigned64 capacity) const override { return give(KelArray::PhaseVariable, first, last, {values, capacity}); }
-    unsigned64 getIdsForSetInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return give(KelArray::SetIds, first, last, {ids, capacity}); }
+    unsigned64 getPartitionIdsForCellsInRange(unsigned64 first, unsigned64 last, int* ids, unsigned64 capacity) const override { return answer(KelArray::CellPartitions, first, last, {ids, capacity}); }
+    unsigned64 getChildCellIdsForCellsInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::CellChildren, first, last, {ids, capacity}); }
+    unsigned64 getChildCellCountsForCellsInRange(unsigned64 first, unsigned64 last, short* counts, unsigned64 capacity) const override { return answer(KelArray::CellChildCounts, first, last, {counts, capacity}); }
+    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 first, unsigned64 last, float* values, unsigned64 capacity) const override { return answer(KelArray::PhaseVariable, first, last, {values, capacity}); }
+    unsigned64 getValuesOfPhaseVariableForElementsInRange(unsigned64 first, unsigned64 last, double* values, unsigned64 capacity) const override { return answer(KelArray::PhaseVariable, first, last, {values, capacity}); }
+    unsigned64 getIdsForSetInRange(unsigned64 first, unsigned64 last, unsigned64* ids, unsigned64 capacity) const override { return answer(KelArray::SetIds, first, last, {ids, capacity}); }
     /// @}
 
     /// @name Values of a variable
@@ -147,15 +157,15 @@ public:
     /// @name In each type: values of sets, set data and particle tracks
     /// @{
 #define KEL_DEFINE(L) \
-    unsigned64 getSizeOfVariableForSetInRange(unsigned64 first, unsigned64 last, L* lengths, unsigned64 capacity) const override { return give(KelArray::SetListLengths, first, last, {lengths, capacity}); } \
+    unsigned64 getSizeOfVariableForSetInRange(unsigned64 first, unsigned64 last, L* lengths, unsigned64 capacity) const override { return answer(KelArray::SetListLengths, first, last, {lengths, capacity}); } \
     bool getSizeOfVariableLengthVarForSetData(const std::string& name, std::vector<L>& lengths) const override { return giveList(KelCollection::SetData, KelPart::Lengths, name, lengths); }
     KEL_DEFINE(int)
     KEL_DEFINE(short)
     KEL_DEFINE(unsigned64)
 #undef KEL_DEFINE
 #define KEL_DEFINE(T) \
-    unsigned64 getDataOfVariableForSetInRange(unsigned64 first, unsigned64 last, T* values, unsigned64 capacity) const override { return give(KelArray::SetVariable, first, last, {values, capacity}); } \
-    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 first, unsigned64 last, T* values, unsigned64 capacity) const override { return give(KelArray::SetLists, first, last, {values, capacity}); } \
+    unsigned64 getDataOfVariableForSetInRange(unsigned64 first, unsigned64 last, T* values, unsigned64 capacity) const override { return answer(KelArray::SetVariable, first, last, {values, capacity}); } \
+    unsigned64 getVariableLengthedDataOfVariableForSetInRange(unsigned64 first, unsigned64 last, T* values, unsigned64 capacity) const override { return answer(KelArray::SetLists, first, last, {values, capacity}); } \
     unsigned64 getOtherDataForSet(const std::string& name, T* values, unsigned64 capacity) const override { return values == nullptr ? countOf(KelCollection::Set, KelPart::Others, name) : giveUpTo(KelCollection::Set, KelPart::Others, name, {values, capacity}); } \
     bool getDataOfConstantLengthVarForSetData(const std::string& name, std::vector<T>& values, unsigned64& valuesPerMember) const override { return getSize(KelCollection::SetData, name, valuesPerMember) && giveList(KelCollection::SetData, KelPart::Variables, name, values); } \
     bool getDataOfVariableLengthVarForSetData(const std::string& name, std::vector<T>& values) const override { return giveList(KelCollection::SetData, KelPart::Lists, name, values); } \
@@ -218,6 +228,13 @@ protected:
     /// none of them is chosen.
     void declareSolution(const KelSolutionDescription& solution);
 
+    /// Notes that a variable of the active phase was started, or could not be; a format ends the operation that starts
+    /// one by name with it.
+    ///
+    /// @param size  its values per element, 0 when there is nothing to read
+    /// @return size
+    unsigned64 startedVariable(KelZoneCategory category, const std::string& variableName, unsigned64 size);
+
     /// Element ids of a zone, 0 and 0 for an unknown one.
     std::pair<unsigned64, unsigned64> rangeOfZone(int zoneId) const;
 
@@ -225,6 +242,25 @@ protected:
     std::string variableName(int variableId) const;
 
 private:
+    /// What a caller is told about misuse, and what is needed to know it.
+    struct Help {
+        unsigned int told = 0;                                               ///< bit n for kind n
+        bool isOpen[2] = {false, false};                                     ///< by data class
+        KelZoneCategory variableCategory = static_cast<KelZoneCategory>(-1); ///< of the variable started; -1 for none
+        std::array<unsigned64, 4> lastIds{}; ///< by category, as they were last looked up
+    };
+
+    unsigned64 answer(KelArray array, unsigned64 first, unsigned64 last, const KelBuffer& values) const;
+    void explain(KelArray array, unsigned64 first, unsigned64 last) const;
+    void explainMembers(KelArray array) const;
+    void explainElements(KelArray array, KelZoneCategory category, unsigned64 first, unsigned64 last) const;
+    void explainVariable(const std::string& variableName) const;
+    bool wasTold(KelMisuse kind) const;
+    void tell(KelMisuse kind, const std::string& text) const;
+    unsigned64 lastIdOf(KelZoneCategory category) const;
+
+    mutable Help _help;
+
     template <class T>
     bool isUniform(KelArray array, std::pair<unsigned64, unsigned64> range, T* value) const
     {
@@ -247,6 +283,7 @@ private:
         return isThere;
     }
 
+    unsigned64 notStartedVariable(int variableId) const;
     std::pair<unsigned64, unsigned64> rangeOfCellZone(int zoneId) const;
     KelPlainDataType typeOf(KelCollection in, KelPart part, const std::string& name) const;
     unsigned64 countOf(KelCollection in, KelPart part, const std::string& name) const;

@@ -340,10 +340,10 @@ unsigned64 KelGeneratedProvider::startReadingZonesOfCategoryWithPhaseVariable(Ke
     _field = 0;
     int variableId = 0;
     if (!isOpen(KEL_DATA) || category != KEL_CELL_ZONE || !getVariableId(variableName, variableId))
-        return 0;
+        return startedVariable(category, variableName, 0);
     _field = (variableId - 1) % _mesh->description().fields + 1; // ids were given phase by phase
     getZoneIds(KEL_CELL_ZONE, zoneIds);
-    return 1;
+    return startedVariable(category, variableName, 1);
 }
 
 /// Smooth in space, and different for every phase, field and time level.

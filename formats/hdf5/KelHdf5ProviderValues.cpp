@@ -51,21 +51,22 @@ unsigned64 KelHdf5Provider::startReadingZonesOfCategoryWithPhaseVariable(KelZone
 {
     zoneIds.clear();
     _data->values.reset();
-    return _data->ask(KEL_DATA, "startReadingZonesOfCategoryWithPhaseVariable", unsigned64{0},
-                      [&](Data::Session& data) {
-                          const std::string phase = _data->activePhase();
-                          const Catalogue::Variable* const variable = _data->variable(phase, variableName);
-                          if (variable == nullptr || !isCategory(category))
-                              return unsigned64{0};
-                          const Handle group = _data->groupInPhase(phase, groupNameOf(category));
-                          if (!group)
-                              return unsigned64{0};
-                          _data->values = FieldReader::open(*data.file, group.get(), variable->link);
-                          if (!_data->values)
-                              return unsigned64{0};
-                          zoneIds = _data->values->zones();
-                          return _data->values->columns();
-                      });
+    const unsigned64 size =
+        _data->ask(KEL_DATA, "startReadingZonesOfCategoryWithPhaseVariable", unsigned64{0}, [&](Data::Session& data) {
+            const std::string phase = _data->activePhase();
+            const Catalogue::Variable* const variable = _data->variable(phase, variableName);
+            if (variable == nullptr || !isCategory(category))
+                return unsigned64{0};
+            const Handle group = _data->groupInPhase(phase, groupNameOf(category));
+            if (!group)
+                return unsigned64{0};
+            _data->values = FieldReader::open(*data.file, group.get(), variable->link);
+            if (!_data->values)
+                return unsigned64{0};
+            zoneIds = _data->values->zones();
+            return _data->values->columns();
+        });
+    return startedVariable(category, variableName, size);
 }
 
 // ---- particles: the set data of a phase ----

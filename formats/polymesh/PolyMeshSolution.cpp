@@ -179,14 +179,14 @@ unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(Kel
 {
     zoneIds.clear();
     if (!_case)
-        return 0;
+        return startedVariable(category, variableName, 0);
     _case->isReadingVariable = false;
     int variableId = 0;
     if (!getVariableId(variableName, variableId)) // in the active phase
-        return 0;
+        return startedVariable(category, variableName, 0);
     const auto variable = _case->variables.find(variableId);
     if (variable == _case->variables.end())
-        return 0;
+        return startedVariable(category, variableName, 0);
     guarded(*this, "startReadingZonesOfCategoryWithPhaseVariable", [&] {
         _case->category = category;
         if (readField(variable->second))
@@ -194,7 +194,7 @@ unsigned64 KelPolyMeshProvider::startReadingZonesOfCategoryWithPhaseVariable(Kel
         _case->isReadingVariable = !zoneIds.empty();
         return true;
     });
-    return _case->isReadingVariable ? _case->field->kind.components : 0;
+    return startedVariable(category, variableName, _case->isReadingVariable ? _case->field->kind.components : 0);
 }
 
 const double* KelPolyMeshProvider::Case::innerValues(std::uint64_t element) const

@@ -147,7 +147,7 @@ unsigned64 KelTreeProvider::startReadingZonesOfCategoryWithPhaseVariable(KelZone
 {
     _data->field = &_data->phase()[tree::fields][std::to_string(category)][variableName];
     zoneIds = _data->field->zoneIds;
-    return _data->field->size;
+    return startedVariable(category, variableName, _data->field->size);
 }
 
 bool KelTreeProvider::hasParticles(const std::string& phaseName) const

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "arbor/TBase.h"
-#include "NameTable.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -15,8 +14,8 @@ namespace arbor {
 
 /// The children or the properties of one node: in order, and found by name.
 ///
-/// Appending, access by position, look-up, and removal at either end take constant time (logarithmic among entries
-/// of one name); other removals move pointers only.
+/// Access by position and removal at either end take constant time, appending and look-up logarithmic time whatever the
+/// names are, so that no file can be made that is slow to read; other removals move pointers only.
 template <class Entry>
 class Siblings {
 public:
@@ -26,8 +25,10 @@ public:
     /// The first entry of that name, or null.
     Entry* find(std::string_view name) const
     {
-        if (_index != nullptr)
-            return _index->first.find(name);
+        if (_index != nullptr) {
+            const auto found = _index->lower_bound(Key(name, 0));
+            return found != _index->end() && found->first.first == name ? found->second : nullptr;
+        }
         for (std::size_t i = 0; i < size(); ++i)
             if (at(i)->_name == name)
                 return at(i);
@@ -44,9 +45,10 @@ public:
     /// Appends an entry unless there is one of its name.
     bool appendUnique(Entry* entry)
     {
-        if (_index == nullptr ? find(entry->_name) != nullptr : _index->first.insert(entry) != nullptr)
+        entry->_order = _nextOrder;
+        if (_index == nullptr ? find(entry->_name) != nullptr : !enterUnique(entry))
             return false;
-        entry->_order = _nextOrder++;
+        ++_nextOrder;
         push(entry);
         return true;
     }
@@ -72,44 +74,33 @@ public:
     /// Around a change of the entry's name: removeFromIndex before it, addToIndex after it.
     void removeFromIndex(Entry* entry)
     {
-        if (_index == nullptr)
-            return;
-        const std::string_view name = entry->_name;
-        if (_index->first.find(name) != entry) {
-            _index->later.erase({name, entry->_order});
-            return;
-        }
-        const auto heir = _index->later.lower_bound({name, 0});
-        if (heir == _index->later.end() || heir->first.first != name) {
-            _index->first.erase(entry);
-        } else {
-            _index->first.replace(entry, heir->second);
-            _index->later.erase(heir);
-        }
+        if (_index != nullptr)
+            _index->erase(Key(entry->_name, entry->_order));
     }
 
     void addToIndex(Entry* entry)
     {
-        Entry* holder = _index == nullptr ? nullptr : _index->first.insert(entry);
-        if (holder == nullptr)
-            return;
-        Entry* later = entry;
-        if (entry->_order < holder->_order) { // renamed into the name of a younger sibling
-            _index->first.replace(holder, entry);
-            later = holder;
-        }
-        _index->later.emplace(Key(later->_name, later->_order), later);
+        if (_index != nullptr)
+            _index->emplace(Key(entry->_name, entry->_order), entry);
     }
 
 private:
     static constexpr std::size_t smallCount = 16; // up to here a scan is quicker than a table
 
+    // By name, then order. The names stay with the entries.
     using Key = std::pair<std::string_view, std::uint64_t>;
+    using Index = std::map<Key, Entry*>;
 
-    struct Index {
-        NameTable<Entry> first;
-        std::map<Key, Entry*> later; // further entries of a name, by name and order
-    };
+    /// Enters an entry unless there is one of its name: whether it was entered.
+    bool enterUnique(Entry* entry)
+    {
+        const Key key(entry->_name, entry->_order);
+        const auto next = _index->lower_bound(Key(entry->_name, 0));
+        if (next != _index->end() && next->first.first == key.first)
+            return false;
+        _index->emplace_hint(next, key, entry);
+        return true;
+    }
 
     void push(Entry* entry)
     {

@@ -14,8 +14,9 @@ namespace meridyn {
 /// no test holds, conversions are empty.
 ///
 /// Fallback  `as...` of a property of another type, or of none, gives a reference to a fallback object, one per
-///           operation in the whole process, reset to false, 0, 0.0, the empty string or vector by every such
-///           access. What is written there changes no tree and is gone at the next failed access.
+///           operation and thread, reset to false, 0, 0.0, the empty string or vector by every such access. What is
+///           written there changes no tree and is gone at the next failed access, or when the thread ends.
+/// Threads   one thread at a time per tree; trees of different threads share nothing.
 /// Slots     the tests are virtual and not const; a subclass that redirects isBoolean, isInteger or isReal redirects
 ///           isBool, isInt and isDouble with it. Their const twins serve const handles and call them.
 class KEL_API KelSettingAttribute {

@@ -10,6 +10,7 @@
 #include <dlfcn.h>
 #include <exception>
 #include <filesystem>
+#include <mutex>
 #include <sstream>
 
 namespace meridyn {
@@ -45,6 +46,13 @@ std::vector<std::string> pluginFiles(std::vector<std::string>& problems)
     return files;
 }
 
+const KelFormat* findIn(const std::vector<KelFormat>& formats, const std::string& name)
+{
+    const auto found =
+        std::find_if(formats.begin(), formats.end(), [&name](const KelFormat& format) { return format.name == name; });
+    return found != formats.end() ? &*found : nullptr;
+}
+
 using EntryPoint = const KelFormatPlugin* (*)();
 
 /// What a plug-in hands over; an exception becomes a text, since its code goes with the shared object.
@@ -61,6 +69,21 @@ const KelFormatPlugin* pluginOf(EntryPoint entryPoint, std::string& failure)
 }
 
 } // namespace
+
+/// The formats, as lists that never change: adding one makes a new list, and the old ones stay for those who read them.
+/// Formats are few and added rarely, and what they are copied for is that a reader of the list needs no lock.
+struct KelFormatRegistry::Lists {
+    std::mutex mutex;                                               ///< held while a list is added or looked for
+    std::vector<std::unique_ptr<const std::vector<KelFormat>>> all; ///< the last one is valid; there always is one
+};
+
+KelFormatRegistry::KelFormatRegistry() : _lists(std::make_unique<Lists>())
+{
+    _lists->all.push_back(std::make_unique<const std::vector<KelFormat>>());
+}
+
+KelFormatRegistry::KelFormatRegistry(KelFormatRegistry&& other) noexcept = default;
+KelFormatRegistry::~KelFormatRegistry() = default;
 
 KelFormatRegistry& KelFormatRegistry::instance()
 {
@@ -82,30 +105,35 @@ bool KelFormatRegistry::add(KelFormat format)
 {
     const bool hasReader = static_cast<bool>(format.makeReader);
     const bool hasWriter = static_cast<bool>(format.makeWriter);
-    if (format.name.empty() || find(format.name) != nullptr || !(hasReader || hasWriter) || !format.files ||
-        (hasReader && !format.probe))
+    if (format.name.empty() || !(hasReader || hasWriter) || !format.files || (hasReader && !format.probe))
         return false;
-    _formats.push_back(std::move(format));
+    const std::lock_guard lock(_lists->mutex);
+    const std::vector<KelFormat>& present = *_lists->all.back();
+    if (findIn(present, format.name) != nullptr)
+        return false;
+    auto next = std::make_unique<std::vector<KelFormat>>(present);
+    next->push_back(std::move(format));
+    _lists->all.push_back(std::move(next));
     return true;
 }
 
 const std::vector<KelFormat>& KelFormatRegistry::formats() const
 {
-    return _formats;
+    const std::lock_guard lock(_lists->mutex);
+    return *_lists->all.back();
 }
 
 const KelFormat* KelFormatRegistry::find(const std::string& name) const
 {
-    const auto found = std::find_if(_formats.begin(), _formats.end(),
-                                    [&name](const KelFormat& format) { return format.name == name; });
-    return found != _formats.end() ? &*found : nullptr;
+    return findIn(formats(), name);
 }
 
 const KelFormat* KelFormatRegistry::probe(const std::string& path) const
 {
-    const auto found = std::find_if(_formats.begin(), _formats.end(),
+    const std::vector<KelFormat>& present = formats(); // unlocked: a probe may take its time, and use the registry
+    const auto found = std::find_if(present.begin(), present.end(),
                                     [&path](const KelFormat& format) { return format.probe && format.probe(path); });
-    return found != _formats.end() ? &*found : nullptr;
+    return found != present.end() ? &*found : nullptr;
 }
 
 const KelFormat* KelFormatRegistry::forWriting(const std::string& path) const
@@ -118,7 +146,7 @@ const KelFormat* KelFormatRegistry::forWriting(const std::string& path) const
             bestLength = length;
         }
     };
-    for (const KelFormat& format : _formats) {
+    for (const KelFormat& format : formats()) {
         if (path.compare(0, format.prefix.size(), format.prefix) == 0)
             consider(format, format.prefix.size());
         for (const std::string& suffix : format.suffixes)

@@ -2,6 +2,7 @@
 
 #include "KelFormat.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,9 +10,17 @@ namespace meridyn {
 
 /// The formats that exist: our own, those that a program adds, and those loaded from shared objects at run time.
 ///
-/// The registry of the process is made on first use. It is not locked: add and load before other threads read.
+/// The registry of the process is made on first use. Any thread may use a registry at any time, also while another one
+/// adds to it. What it hands out stays valid, and as it is, as long as the registry lives.
 class KEL_API KelFormatRegistry {
 public:
+    /// A registry of its own, without formats.
+    KelFormatRegistry();
+
+    /// Takes the formats over; the other registry may only be destroyed afterwards.
+    KelFormatRegistry(KelFormatRegistry&& other) noexcept;
+    ~KelFormatRegistry();
+
     /// The registry of the process. Holds our formats, and on first use loads the plug-ins of every folder in the
     /// environment variable KEL_FORMAT_PLUGIN_DIR (several are separated by ':').
     static KelFormatRegistry& instance();
@@ -20,7 +29,8 @@ public:
     /// writer, no `files`, or no probe where it has a reader.
     bool add(KelFormat format);
 
-    /// All formats in the order in which they were added. References stay valid until the next add.
+    /// All formats in the order in which they were added. A format that is added later is not in this list, but in that
+    /// of the next call.
     const std::vector<KelFormat>& formats() const;
 
     /// The format of exactly this name, or null.
@@ -43,7 +53,9 @@ public:
     const std::vector<std::string>& pluginProblems() const;
 
 private:
-    std::vector<KelFormat> _formats;
+    struct Lists;
+
+    std::unique_ptr<Lists> _lists;
     std::vector<std::string> _pluginProblems;
 };
 

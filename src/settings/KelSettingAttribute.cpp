@@ -19,11 +19,11 @@ KelSettingAttribute& slotsOf(const KelSettingAttribute& attribute)
     return const_cast<KelSettingAttribute&>(attribute);
 }
 
-/// The object that failed accesses of one type share, in its empty state.
+/// The object that failed accesses of one type share on one thread, in its empty state.
 template <class T>
 T& fallback()
 {
-    static T value;
+    static thread_local T value;
     value = T();
     return value;
 }

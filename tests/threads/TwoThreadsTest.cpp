@@ -1,7 +1,5 @@
-// Two threads, each with objects of its own, share nothing but what the process does once: finding the mapping files
-// and making the registry of formats. The main thread does both first, as any program with threads has to.
+// Two threads, each with objects of its own, share nothing but what the process does once, which is guarded.
 #include "KelCompare.h"
-#include "KelFormatRegistry.h"
 #include "KelGeneratedProvider.h"
 #include "KelLocationModel.h"
 #include "KelMemoryConsumer.h"
@@ -26,8 +24,6 @@ constexpr int rounds = 5;
 /// Runs the work in two threads at once, told apart by a number, 1 or 2.
 void runTwice(const std::function<void(int)>& work)
 {
-    const KelGeneratedProvider findsMappingFiles;
-    KelFormatRegistry::instance();
     std::atomic<int> arrived{0};
     std::vector<std::thread> threads;
     for (int number = 1; number <= 2; ++number) {

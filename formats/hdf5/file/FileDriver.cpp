@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <exception>
 #include <H5FDpublic.h>
+#include <mutex>
 
 namespace meridyn::hdf5 {
 
@@ -153,6 +154,8 @@ H5FD_class_t driverClass()
 hid_t driverId()
 {
     static const H5FD_class_t driver = driverClass();
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
     static hid_t id = H5I_INVALID_HID;
     if (id < 0 || H5Iis_valid(id) <= 0) // an application may have closed the library in between
         id = H5FDregister(&driver);

@@ -6,6 +6,7 @@
 #include "XmlNames.h"
 
 #include <algorithm>
+#include <mutex>
 
 namespace arbor {
 
@@ -37,20 +38,24 @@ ClassRegistry& ClassRegistry::instance()
 
 ClassRegistry::ClassRegistry()
 {
-    const auto addBuiltIn = [this](const char* name, TObject::Factory factory, const char* base, const char* tag) {
-        ObjectClass& entry = _classes[name];
-        entry = {name, factory, base, tag};
-        _tags[tag] = &entry;
-    };
-    addBuiltIn("TObject", &TObject::create, "", "object");
-    addBuiltIn("TRegion", &TRegion::create, "TObject", "region");
-    addBuiltIn("TZone", &TZone::create, "TObject", "zone");
-    addBuiltIn("TDomain", &TDomain::create, "TObject", "domain");
+    enter({"TObject", &TObject::create, "", "object"});
+    enter({"TRegion", &TRegion::create, "TObject", "region"});
+    enter({"TZone", &TZone::create, "TObject", "zone"});
+    enter({"TDomain", &TDomain::create, "TObject", "domain"});
+}
+
+const ObjectClass& ClassRegistry::enter(ObjectClass entry)
+{
+    const ObjectClass& stored = _entries.emplace_back(std::move(entry));
+    _classes[stored.name] = &stored;
+    _tags[stored.tag] = &stored;
+    return stored;
 }
 
 bool ClassRegistry::add(const std::string& name, TObject::Factory factory, const std::string& baseName,
                         const std::string& tag)
 {
+    const std::unique_lock lock(_mutex);
     if (name.empty() || factory == nullptr || _classes.count(baseName) == 0 || baseName == name || !isTag(tag))
         return false;
     if (_shortNames.count(name) != 0)
@@ -59,33 +64,39 @@ bool ClassRegistry::add(const std::string& name, TObject::Factory factory, const
     if (holder != _tags.end() && holder->second->name != name)
         return false;
 
-    ObjectClass& entry = _classes[name];
-    if (entry.tag != tag)
-        _tags.erase(entry.tag);
-    entry = {name, factory, baseName, tag};
-    _tags[tag] = &entry;
+    const auto replaced = _classes.find(name);
+    if (replaced != _classes.end())
+        _tags.erase(replaced->second->tag);
+    enter({name, factory, baseName, tag});
     return true;
 }
 
 bool ClassRegistry::addShortName(const std::string& shortName, const std::string& name)
 {
-    const auto target = _classes.find(name);
-    if (shortName.empty() || target == _classes.end() || _classes.count(shortName) != 0)
+    const std::unique_lock lock(_mutex);
+    if (shortName.empty() || _classes.count(name) == 0 || _classes.count(shortName) != 0)
         return false;
-    return _shortNames.emplace(shortName, &target->second).first->second == &target->second;
+    return _shortNames.emplace(shortName, name).first->second == name;
+}
+
+const ObjectClass* ClassRegistry::findUnlocked(const std::string& name) const
+{
+    const auto full = _classes.find(name);
+    return full == _classes.end() ? nullptr : full->second;
 }
 
 const ObjectClass* ClassRegistry::find(const std::string& name) const
 {
-    const auto full = _classes.find(name);
-    if (full != _classes.end())
-        return &full->second;
+    const std::shared_lock lock(_mutex);
+    if (const ObjectClass* full = findUnlocked(name))
+        return full;
     const auto shortName = _shortNames.find(name);
-    return shortName == _shortNames.end() ? nullptr : shortName->second;
+    return shortName == _shortNames.end() ? nullptr : findUnlocked(shortName->second);
 }
 
 const ObjectClass* ClassRegistry::findTag(std::string_view tag) const
 {
+    const std::shared_lock lock(_mutex);
     const auto found = _tags.find(tag);
     return found == _tags.end() ? nullptr : found->second;
 }

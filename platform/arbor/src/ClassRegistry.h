@@ -2,7 +2,9 @@
 
 #include "arbor/TObject.h"
 
+#include <deque>
 #include <map>
+#include <shared_mutex>
 #include <string>
 #include <string_view>
 
@@ -16,7 +18,9 @@ struct ObjectClass {
     std::string tag;
 };
 
-/// The classes of nodes that newObject() and the XML text know.
+/// The classes of nodes that newObject() and the XML text know. Any thread may use it at any time: a plug-in registers
+/// its classes while it is loaded, whatever the other threads do. Entries never change and stay for ever, so that a
+/// class that was found needs no lock.
 class ClassRegistry {
 public:
     /// The one registry of the process. It is made on first use, so that libraries may register while they load, and
@@ -33,9 +37,14 @@ public:
 private:
     ClassRegistry();
 
-    std::map<std::string, ObjectClass> _classes; // addresses stay
-    std::map<std::string, ObjectClass*> _shortNames;
-    std::map<std::string, ObjectClass*, std::less<>> _tags;
+    const ObjectClass* findUnlocked(const std::string& name) const;
+    const ObjectClass& enter(ObjectClass entry);
+
+    mutable std::shared_mutex _mutex;
+    std::deque<ObjectClass> _entries;                   // also those that others have replaced
+    std::map<std::string, const ObjectClass*> _classes; // the valid entries by name
+    std::map<std::string, std::string> _shortNames;     // the names that short ones stand for
+    std::map<std::string, const ObjectClass*, std::less<>> _tags;
 };
 
 } // namespace arbor

@@ -51,6 +51,32 @@ TEST(Registry, KeepsTheOrderOfAdding)
     EXPECT_EQ(registry.find(""), nullptr);
 }
 
+TEST(Registry, WhatItHandsOutStaysValid)
+{
+    KelFormatRegistry registry;
+    ASSERT_TRUE(registry.add(formatOf("first", {".1"})));
+    const KelFormat* const first = registry.find("first");
+    const std::vector<KelFormat>& list = registry.formats();
+    for (int i = 0; i < 100; ++i)
+        ASSERT_TRUE(registry.add(formatOf("format " + std::to_string(i))));
+    EXPECT_EQ(first->name, "first");
+    EXPECT_EQ(list.size(), 1u) << "a list is that of the moment";
+    EXPECT_EQ(registry.formats().size(), 101u);
+}
+
+TEST(Registry, MayBeMoved)
+{
+    KelFormatRegistry registry;
+    ASSERT_TRUE(registry.add(formatOf("a")));
+    const KelFormatRegistry moved = std::move(registry);
+    EXPECT_THAT(namesOf(moved), ElementsAre("a"));
+}
+
+TEST(Registry, VersionOfPluginsBeginsWithThatOfTheLibrary)
+{
+    EXPECT_EQ(kelFormatPluginVersion / 100, KelVersion::getMajor());
+}
+
 TEST(Registry, RefusesWhatIsIncompleteOrTaken)
 {
     const struct {
@@ -204,7 +230,7 @@ TEST(Plugin, BadOnesAreRefusedWithTheReason)
         std::string path;
         std::string problem; ///< behind the path; the loader's own words may follow
     } rows[] = {
-        {plugins + "/plugin_version.so", ": made for plug-in version 2400, expected 2501"},
+        {plugins + "/plugin_version.so", ": made for plug-in version 2400, expected 2502"},
         {plugins + "/plugin_symbol.so", ": no format plug-in: it exports no kelFormatPlugin"},
         {plugins + "/plugin_nothing.so", ": its kelFormatPlugin gives nothing"},
         {plugins + "/plugin_incomplete.so", ": its format 'useless' is incomplete, or the name is taken"},
@@ -247,7 +273,7 @@ TEST(PluginFolders, AreSearchedOnFirstUse)
     std::filesystem::copy(plugins + "/plugin_good.so", folder / "ignored.so.old");
     std::filesystem::create_directory(folder / "folder.so");
     EXPECT_EQ(printedWith(folder.path()),
-              ours + "points\nproblem: " + (folder / "a.so") + ": made for plug-in version 2400, expected 2501\n");
+              ours + "points\nproblem: " + (folder / "a.so") + ": made for plug-in version 2400, expected 2502\n");
     std::filesystem::copy(plugins + "/plugin_good.so", other / "again.so");
     EXPECT_THAT(printedWith("::" + other.path() + ":" + folder.path()),
                 StartsWith(ours + "points\nproblem: " + (folder / "a.so")));

@@ -34,14 +34,7 @@ std::vector<T> listOf(const std::vector<KelMeshKey>& keys, const Item& item)
 KelFormatProvider::KelFormatProvider() = default;
 KelFormatProvider::~KelFormatProvider() = default;
 
-// ---- opening and the ledger
-
-bool KelFormatProvider::startReading(KelDataClass dataClass)
-{
-    if (dataClass == KEL_CASE || dataClass == KEL_DATA)
-        _notRead[dataClass] = {};
-    return KelFileProvider::startReading(dataClass);
-}
+// ---- the ledger
 
 std::vector<KelSourceItem> KelFormatProvider::notHandedOver(KelDataClass dataClass) const
 {

@@ -35,10 +35,6 @@ public:
     KelFormatProvider();
     ~KelFormatProvider() override;
 
-    /// Opens the file named for the data class, and starts its ledger anew.
-    bool startReading(KelDataClass dataClass) override;
-    using KelFileProvider::startReading;
-
     /// What noteNotRead was told since the data class was opened.
     std::vector<KelSourceItem> notHandedOver(KelDataClass dataClass) const override;
     /// As meshKeys has them.
@@ -48,7 +44,7 @@ public:
 
     // clang-format off
     /// @name Opening and closing
-    /// As KelFileProvider does; what is open is noted.
+    /// As KelFileProvider does; what is open is noted, and opening starts the ledger of the data class anew.
     /// @{
     using KelFileProvider::startReading;
     bool startReading(KelDataClass dataClass) override;

@@ -44,8 +44,11 @@ std::string asked(KelArray array)
 
 bool KelFormatProvider::startReading(KelDataClass dataClass)
 {
+    const bool isClass = dataClass == KEL_CASE || dataClass == KEL_DATA;
+    if (isClass)
+        _notRead[dataClass] = {};
     const bool isOpen = KelFileProvider::startReading(dataClass);
-    if (dataClass == KEL_CASE || dataClass == KEL_DATA)
+    if (isClass)
         _help.isOpen[dataClass] = isOpen;
     _help.lastIds = {};
     return isOpen;

@@ -45,8 +45,8 @@ constexpr std::size_t meshRuleCount = 25;
 
 /// A rule for machines ("face-nodes") and for people ("faces have enough nodes, each once").
 struct KelMeshRuleText {
-    const char* key;
-    const char* text;
+    const char* key;  ///< for machines
+    const char* text; ///< for people
 };
 
 /// The texts of a rule.
@@ -116,7 +116,8 @@ public:
     std::map<KelCellType, unsigned64> cellTypes; ///< number of cells of each type; empty when the reader does not tell
     bool hasFaces = false;                       ///< whether faces name their cells
     bool hasBox = false;                         ///< whether there is a finite node
-    std::array<double, 3> boxMin{}, boxMax{};    ///< corners of the bounding box; z is 0 in two dimensions
+    std::array<double, 3> boxMin{};              ///< lower corner of the bounding box; z is 0 in two dimensions
+    std::array<double, 3> boxMax{};              ///< upper corner of the bounding box; z is 0 in two dimensions
     unsigned64 thinWallPairs = 0;                ///< pairs of wall faces in one place: walls without thickness
     double volume = 0.0;                         ///< sum over all undamaged cells
     double smallestVolume = 0.0;                 ///< of one cell

@@ -1,3 +1,5 @@
+#include "formats/hdf5/file/FileChannel.h"
+#include "formats/hdf5/file/FormatError.h"
 #include "KelFormat.h"
 #include "KelHdf5Consumer.h"
 #include "KelHdf5Provider.h"
@@ -49,11 +51,32 @@ KelFormatFiles filesOf(const std::string& path, bool forWriting)
     return files;
 }
 
-// A file of ours opens as case or as data; a reader of its own keeps what it has to say about others to itself.
+// Whether nobody can look into a file now, because another program has it for itself.
+bool isLocked(const std::string& path)
+{
+    try {
+        hdf5::LockSettings once;
+        once.timeout = 0;
+        const hdf5::FileChannel channel(path, hdf5::FileChannel::Mode::Read, once);
+        return false;
+    } catch (const hdf5::FormatError&) {
+        return true;
+    }
+}
+
+bool hasSuffix(std::string path)
+{
+    return takeSuffix(path, caseSuffix) || takeSuffix(path, dataSuffix);
+}
+
+// A file of ours opens as case or as data; a reader of its own keeps what it has to say about others to itself. A
+// locked one is ours by its name: who reads it then waits, and says for whom.
 bool opens(const std::string& path)
 {
     if (!startsAsHdf5(path))
         return false;
+    if (hasSuffix(path) && isLocked(path))
+        return true;
     KelHdf5Provider reader;
     return reader.startReading(path, KEL_CASE) || reader.startReading(path, KEL_DATA);
 }

@@ -2,6 +2,7 @@
 #include "FileCalls.h"
 #include "formats/hdf5/file/FileChannel.h"
 #include "formats/hdf5/file/FormatError.h"
+#include "KelFormatRegistry.h"
 #include "LevelFile.h"
 
 #include <cerrno>
@@ -328,6 +329,20 @@ TEST(Locks, WhoKeepsAFileOpenWithALockIsNamed)
         << reader.errors();
     ASSERT_EQ(::flock(other.get(), LOCK_UN), 0);
     EXPECT_TRUE(reader.startReading(path, KEL_DATA));
+}
+
+TEST(Locks, ALockedFileIsStillOfItsFormat)
+{
+    const Folder folder;
+    const std::string path = folder / "f.data.kel";
+    ASSERT_TRUE(add(path, 1));
+    const meridyn::hdf5::FileDescriptor other(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    ASSERT_EQ(::flock(other.get(), LOCK_EX | LOCK_NB), 0);
+    const auto start = std::chrono::steady_clock::now();
+    const KelFormat* const format = KelFormatRegistry::instance().probe(path);
+    ASSERT_NE(format, nullptr);
+    EXPECT_EQ(format->name, "hdf5");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 TEST(Locks, TimeLimitsThatAreNoneAreRefusedAndTheDefaultHolds)

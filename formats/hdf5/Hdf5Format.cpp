@@ -81,10 +81,14 @@ bool opens(const std::string& path)
     return reader.startReading(path, KEL_CASE) || reader.startReading(path, KEL_DATA);
 }
 
+// A file of another kind beside name.case.kel does not hide the model "name"; a file name of ours stands for no other.
 bool probe(const std::string& path)
 {
-    if (exists(path))
-        return opens(path);
+    if (exists(path) && opens(path))
+        return true;
+    std::string stem = path;
+    if (takeSuffix(stem, caseSuffix) || takeSuffix(stem, dataSuffix))
+        return false;
     const KelFormatFiles files = filesOf(path, false);
     return opens(files.caseFile) || opens(files.dataFile);
 }

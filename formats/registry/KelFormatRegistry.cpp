@@ -68,6 +68,39 @@ const KelFormatPlugin* pluginOf(EntryPoint entryPoint, std::string& failure)
     return nullptr;
 }
 
+/// Whether a path is one of a model's files, or lies in one that is a folder.
+bool holds(const KelFormatFiles& files, const std::string& path)
+{
+    const auto isWithin = [&path](const std::string& file) {
+        std::error_code error;
+        std::filesystem::path at = std::filesystem::canonical(path, error);
+        const std::filesystem::path top = file.empty() || error ? "" : std::filesystem::canonical(file, error);
+        if (error || top.empty())
+            return false;
+        while (at != top && at != at.root_path())
+            at = at.parent_path();
+        return at == top;
+    };
+    return isWithin(files.caseFile) || isWithin(files.dataFile);
+}
+
+/// What keeps a format out of the registry, in which it may have a namesake; empty for one that may be added.
+std::string whyRefused(const KelFormat& format, const KelFormat* namesake)
+{
+    const std::string name = "its format '" + format.name + "' ";
+    if (format.name.empty())
+        return "its format has no name";
+    if (namesake != nullptr)
+        return name + "has the name of one that is there already";
+    if (!format.makeReader && !format.makeWriter)
+        return name + "has neither a reader nor a writer";
+    if (!format.files)
+        return name + "does not say which files a model has ('files')";
+    if (format.makeReader && !format.probe)
+        return name + "cannot recognise what its reader reads ('probe')";
+    return "";
+}
+
 } // namespace
 
 /// The formats, as lists that never change: adding one makes a new list, and the old ones stay for those who read them.
@@ -103,9 +136,7 @@ KelFormatRegistry& KelFormatRegistry::instance()
 
 bool KelFormatRegistry::add(KelFormat format)
 {
-    const bool hasReader = static_cast<bool>(format.makeReader);
-    const bool hasWriter = static_cast<bool>(format.makeWriter);
-    if (format.name.empty() || !(hasReader || hasWriter) || !format.files || (hasReader && !format.probe))
+    if (!whyRefused(format, nullptr).empty())
         return false;
     const std::lock_guard lock(_lists->mutex);
     const std::vector<KelFormat>& present = *_lists->all.back();
@@ -134,6 +165,23 @@ const KelFormat* KelFormatRegistry::probe(const std::string& path) const
     const auto found = std::find_if(present.begin(), present.end(),
                                     [&path](const KelFormat& format) { return format.probe && format.probe(path); });
     return found != present.end() ? &*found : nullptr;
+}
+
+std::vector<const KelFormat*> KelFormatRegistry::candidates(const std::string& path) const
+{
+    std::error_code ignored;
+    const bool exists = std::filesystem::exists(path, ignored);
+    std::vector<const KelFormat*> here, prefixed, elsewhere;
+    for (const KelFormat& format : formats()) {
+        if (!format.makeReader)
+            continue;
+        if (!format.prefix.empty()) {
+            if (path.compare(0, format.prefix.size(), format.prefix) == 0)
+                prefixed.push_back(&format);
+        } else if (format.probe(path))
+            (exists && holds(format.files(path, false), path) ? here : elsewhere).push_back(&format);
+    }
+    return !here.empty() ? here : !prefixed.empty() ? prefixed : elsewhere;
 }
 
 const KelFormat* KelFormatRegistry::forWriting(const std::string& path) const
@@ -183,8 +231,8 @@ bool KelFormatRegistry::loadPlugin(const std::string& path, std::string& problem
     if (plugin->version != kelFormatPluginVersion)
         return refuse("made for plug-in version " + std::to_string(plugin->version) + ", expected " +
                       std::to_string(kelFormatPluginVersion));
-    if (!add(plugin->format))
-        return refuse("its format '" + plugin->format.name + "' is incomplete, or the name is taken");
+    if (!add(plugin->format)) // what is there already may have come while this one was loaded
+        return refuse(whyRefused(plugin->format, find(plugin->format.name)));
     return true; // the object stays loaded: the format's functions live in it
 }
 

@@ -39,6 +39,14 @@ public:
     /// The format that recognises what lies at a path by its content, the first added first; or null.
     const KelFormat* probe(const std::string& path) const;
 
+    /// The formats that a name may stand for, for reading. More than one means that the name is in doubt.
+    ///
+    /// What lies at the very path comes first: where a file or folder of that name is a model, or a part of one (as
+    /// "case/constant/polyMesh" is), only the formats that recognise it are given. Then come the formats whose prefix
+    /// the name has ("box:..."), and last those for which the name stands for other files: "cube" for "cube.case.kel".
+    /// Pointers stay valid until the next add.
+    std::vector<const KelFormat*> candidates(const std::string& path) const;
+
     /// The format that writes names with the prefix or suffix of this path, the longest one first, of equals the first
     /// added; or null.
     const KelFormat* forWriting(const std::string& path) const;

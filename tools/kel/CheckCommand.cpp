@@ -1,5 +1,5 @@
 #include "Command.h"
-#include "JsonWriter.h"
+#include "Json.h"
 #include "KelMeshCheck.h"
 #include "Model.h"
 #include "Numbers.h"
@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace meridyn::tool {
@@ -17,22 +16,15 @@ namespace {
 struct Options {
     std::string file;
     std::string format;
+    MeshChoice mesh;
     double tolerance = KelMeshCheckOptions().closureTolerance;
     unsigned named = 5;
     bool json = false;
-    std::optional<int> mesh, target, partition;
-};
-
-/// One mesh of a file.
-struct MeshKey {
-    int mesh = -1;
-    KelTargetCategory target = KEL_DEFAULT_TARGET;
-    int partition = -1;
 };
 
 /// A mesh with what the check found of it.
 struct CheckedMesh {
-    MeshKey key;
+    MeshName key;
     std::string unit;
     KelMeshReport report;
 };
@@ -93,7 +85,7 @@ std::string unseenText(const KelMeshReport& report)
 }
 
 /// "mesh 2, target 1, partition 3"; the target and the partition only where they say something.
-std::string nameOf(const MeshKey& key)
+std::string nameOf(const MeshName& key)
 {
     std::string name = "mesh " + std::to_string(key.mesh);
     if (key.target != KEL_DEFAULT_TARGET)
@@ -134,123 +126,79 @@ void printReports(Terminal& terminal, const Model& model, const std::vector<Chec
                                                          : "The mesh is good."));
 }
 
-void writePoint(JsonWriter& json, const char* name, const std::array<double, 3>& point, int dimension)
+Json jsonPoint(const std::array<double, 3>& point, int dimension)
 {
-    json.key(name).beginArray().value(point[0]).value(point[1]);
-    if (dimension == 3)
-        json.value(point[2]);
-    json.endArray();
+    Json json = Json::array();
+    for (int axis = 0; axis < dimension; ++axis)
+        json.push_back(jsonNumber(point[static_cast<std::size_t>(axis)]));
+    return json;
 }
 
-void writeChecks(JsonWriter& json, const KelMeshReport& report)
+void addChecks(Json& json, const KelMeshReport& report)
 {
-    json.key("checks").beginArray();
+    Json& checks = json["checks"] = Json::array();
     for (const KelMeshRule rule : meshRules()) {
         const KelMeshReport::Outcome& outcome = report.outcome(rule);
         std::vector<std::string> first;
         for (const KelMeshFinding& finding : outcome.named)
             first.push_back(finding.text);
-        json.beginObject().member("check", textOf(rule).key).member("text", textOf(rule).text);
-        json.member("lookedAt", outcome.lookedAt).member("exceptions", outcome.offenders);
-        json.member("first", first).endObject();
+        checks.push_back({{"check", textOf(rule).key},
+                          {"text", textOf(rule).text},
+                          {"lookedAt", outcome.lookedAt},
+                          {"exceptions", outcome.offenders},
+                          {"first", first}});
     }
-    json.endArray().key("notLookedAt").beginArray();
-    for (const KelMeshUnseen& unseen : report.unseen())
-        json.value(unseen.text);
-    json.endArray();
+    Json& unseen = json["notLookedAt"] = Json::array();
+    for (const KelMeshUnseen& item : report.unseen())
+        unseen.push_back(item.text);
 }
 
-void writeReport(JsonWriter& json, const CheckedMesh& mesh)
+/// Adds all that is known of one mesh.
+void addReport(Json& json, const CheckedMesh& mesh)
 {
     const KelMeshReport& report = mesh.report;
-    json.member("mesh", mesh.key.mesh).member("target", static_cast<int>(mesh.key.target));
-    json.member("partition", mesh.key.partition).member("good", report.isGood());
-    json.member("dimension", report.dimension).member("unit", mesh.unit);
+    json["mesh"] = mesh.key.mesh;
+    json["target"] = targetName(mesh.key.target);
+    json["partition"] = mesh.key.partition;
+    json["good"] = report.isGood();
+    json["dimension"] = report.dimension;
+    json["unit"] = mesh.unit;
     for (const KelZoneCategory category : allCategories)
-        json.member(categoryName(category), report.sizes[static_cast<std::size_t>(category)]);
-    json.key("cellTypes").beginObject();
+        json[categoryName(category)] = report.sizes[static_cast<std::size_t>(category)];
+    json["cellTypes"] = Json::object();
     for (const auto& [type, count] : report.cellTypes)
-        json.member(cellTypeName(type), count);
-    json.endObject();
-    if (report.hasBox) {
-        json.key("boundingBox").beginObject();
-        writePoint(json, "min", report.boxMin, report.dimension);
-        writePoint(json, "max", report.boxMax, report.dimension);
-        json.endObject();
-    }
-    if (report.smallestCell != 0) {
-        json.key("volume").beginObject().member("total", report.volume);
-        json.member("smallest", report.smallestVolume).member("smallestCell", report.smallestCell);
-        json.member("largest", report.largestVolume).member("largestCell", report.largestCell).endObject();
-    }
-    json.member("facesChecked", report.hasFaces).member("thinWallPairs", report.thinWallPairs);
-    writeChecks(json, report);
+        json["cellTypes"][cellTypeName(type)] = count;
+    if (report.hasBox)
+        json["boundingBox"] = {{"min", jsonPoint(report.boxMin, report.dimension)},
+                               {"max", jsonPoint(report.boxMax, report.dimension)}};
+    if (report.smallestCell != 0)
+        json["volume"] = {{"total", jsonNumber(report.volume)},
+                          {"smallest", jsonNumber(report.smallestVolume)},
+                          {"smallestCell", report.smallestCell},
+                          {"largest", jsonNumber(report.largestVolume)},
+                          {"largestCell", report.largestCell}};
+    json["facesChecked"] = report.hasFaces;
+    json["thinWallPairs"] = report.thinWallPairs;
+    addChecks(json, report);
 }
 
 /// One mesh is one object with all that is known of it; of several, each is such an object in a list.
-std::string jsonReport(const Model& model, const std::vector<CheckedMesh>& meshes)
+Json jsonReport(const Model& model, const std::vector<CheckedMesh>& meshes)
 {
-    JsonWriter json;
-    json.beginObject().member("file", model.path());
-    if (meshes.size() == 1)
-        writeReport(json, meshes.front());
-    else {
-        const bool areGood =
-            std::all_of(meshes.begin(), meshes.end(), [](const CheckedMesh& mesh) { return mesh.report.isGood(); });
-        json.member("good", areGood).key("meshes").beginArray();
-        for (const CheckedMesh& mesh : meshes) {
-            json.beginObject();
-            writeReport(json, mesh);
-            json.endObject();
-        }
-        json.endArray();
+    Json json = {{"file", model.path()}};
+    if (meshes.size() == 1) {
+        addReport(json, meshes.front());
+        return json;
     }
-    json.endObject();
-    return json.text();
+    json["good"] =
+        std::all_of(meshes.begin(), meshes.end(), [](const CheckedMesh& mesh) { return mesh.report.isGood(); });
+    Json& list = json["meshes"] = Json::array();
+    for (const CheckedMesh& mesh : meshes)
+        addReport(list.emplace_back(Json::object()), mesh);
+    return json;
 }
 
-/// The meshes of an open file that the options ask for; without options all.
-std::vector<MeshKey> meshesOf(const KelProvider& reader, const Options& options)
-{
-    std::vector<MeshKey> keys;
-    std::vector<int> ids = reader.availableMeshIds(KEL_CASE);
-    if (ids.empty()) // the format does not tell: what is open is all there is
-        ids.push_back(reader.getMeshId());
-    for (const int id : ids) {
-        std::vector<KelTargetCategory> targets = reader.availableTargets(id, KEL_CASE);
-        if (targets.empty())
-            targets.push_back(reader.getTarget());
-        for (const KelTargetCategory target : targets) {
-            std::vector<int> partitions;
-            if (target == KEL_PARTITIONED_POST)
-                partitions = reader.availablePartitionIds(id, KEL_CASE);
-            if (partitions.empty())
-                partitions.push_back(-1);
-            for (const int partition : partitions)
-                if (options.mesh.value_or(id) == id && options.target.value_or(target) == target &&
-                    options.partition.value_or(partition) == partition)
-                    keys.push_back({id, target, partition});
-        }
-    }
-    return keys;
-}
-
-/// Opens the case again with another mesh, which is chosen while the file is closed.
-void openMesh(Model& model, const MeshKey& key)
-{
-    KelFileProvider& reader = model.reader();
-    if (reader.getMeshId() == key.mesh && reader.getTarget() == key.target && reader.getPartitionId() == key.partition)
-        return;
-    model.close();
-    reader.setMeshId(key.mesh);
-    reader.setTarget(key.target);
-    if (key.partition >= 0)
-        reader.setPartitionId(key.partition);
-    reader.getErrors(true, true); // what a closed reader says of a mesh that it cannot load yet
-    model.open(KEL_CASE);
-}
-
-CheckedMesh checkMesh(Model& model, const MeshKey& key, const Options& options, Progress& progress)
+CheckedMesh checkMesh(Model& model, const MeshName& key, const Options& options, Progress& progress)
 {
     KelMeshCheckOptions checkOptions;
     checkOptions.closureTolerance = options.tolerance;
@@ -258,7 +206,7 @@ CheckedMesh checkMesh(Model& model, const MeshKey& key, const Options& options, 
     checkOptions.progress = [&](const std::string& task, unsigned64 done, unsigned64 total) {
         return progress(task, done, total);
     };
-    openMesh(model, key);
+    model.openMesh(KEL_CASE, key);
     KelMeshCheck check(model.reader(), checkOptions);
     if (!check.run()) {
         if (check.wasCancelled())
@@ -285,18 +233,16 @@ ExitCode exitCodeOf(const std::vector<CheckedMesh>& meshes)
 
 void runCheck(const Options& options, Session& session)
 {
-    Model model(options.file, options.format);
+    Model model(options.file, options.format, options.mesh);
     model.open(KEL_CASE);
-    const std::vector<MeshKey> keys = meshesOf(model.reader(), options);
-    if (keys.empty())
-        throw Failure(aboutFile(options.file, "has no such mesh, target and partition; 'kel info' lists what it has"));
+    const std::vector<MeshName> keys = model.chosenMeshes(KEL_CASE);
     Progress progress(session.terminal);
     std::vector<CheckedMesh> meshes;
-    for (const MeshKey& key : keys)
+    for (const MeshName& key : keys)
         meshes.push_back(checkMesh(model, key, options, progress));
     progress.finish();
     if (options.json)
-        session.terminal.write(jsonReport(model, meshes));
+        session.terminal.write(documentText(jsonReport(model, meshes)));
     else
         printReports(session.terminal, model, meshes);
     session.exitCode = exitCodeOf(meshes);
@@ -312,15 +258,11 @@ void addCheckCommand(CLI::App& tool, Session& session)
                                     "kel check --named 100 case/constant/polyMesh"});
     auto options = std::make_shared<Options>();
     command->add_option("FILE", options->file, "Model whose mesh is checked")->required();
-    command
-        ->add_option("--tolerance", options->tolerance,
-                     "How far a cell may be open, as a share of its surface; 1e-6 unless given")
-        ->check(CLI::NonNegativeNumber);
+    addToleranceOption(*command, "--tolerance", options->tolerance,
+                       "How far a cell may be open, as a share of its surface; 1e-6 unless given");
     command->add_option("--named", options->named, "Exceptions that are named per check; 5 unless given");
-    command->add_option("--mesh", options->mesh, "Id of the mesh; all meshes unless given")->type_name("ID");
-    command->add_option("--target", options->target, "Target of the mesh, 0 to 3; all unless given")->type_name("ID");
-    command->add_option("--partition", options->partition, "Partition of the mesh; all unless given")->type_name("ID");
-    addInputFormatOption(*command, options->format);
+    addMeshOptions(*command, options->mesh);
+    addInputOptions(*command, options->format);
     addJsonOption(*command, options->json);
     command->callback([options, &session] { runCheck(*options, session); });
 }

@@ -3,7 +3,7 @@
 #include "Numbers.h"
 
 #include "Interrupt.h"
-#include "JsonWriter.h"
+#include "Json.h"
 #include "KelFormatConformance.h"
 
 #include <cerrno>
@@ -78,18 +78,21 @@ void printResult(Terminal& terminal, const KelConformanceResult& result)
     }
 }
 
-std::string jsonText(const std::string& format, const std::vector<KelConformanceResult>& results)
+Json jsonResults(const std::string& format, const std::vector<KelConformanceResult>& results)
 {
-    JsonWriter json;
-    json.beginObject().member("format", format).key("checks").beginArray();
+    Json checks = Json::array();
     for (const KelConformanceResult& result : results)
-        json.beginObject()
-            .member("check", result.name)
-            .member("passed", result.passed)
-            .member("detail", result.detail)
-            .endObject();
-    json.endArray().endObject();
-    return json.text();
+        checks.push_back({{"check", result.name}, {"passed", result.passed}, {"detail", result.detail}});
+    return {{"format", format}, {"checks", checks}};
+}
+
+void listChecks(Terminal& terminal, const std::string& format, const std::vector<std::string>& checks, bool json)
+{
+    if (json)
+        terminal.write(documentText({{"format", format}, {"checks", checks}}));
+    else
+        for (const std::string& check : checks)
+            terminal.print("{}\n", check);
 }
 
 void runConform(const Options& options, Session& session)
@@ -102,22 +105,22 @@ void runConform(const Options& options, Session& session)
     for (const std::string& sample : options.samples)
         suite.addSample(sample);
     const std::vector<std::string> checks = options.checks.empty() ? suite.checks() : options.checks;
+    if (options.list) {
+        listChecks(session.terminal, format.name, checks, options.json);
+        return;
+    }
     unsigned64 failed = 0;
     for (const std::string& check : checks) {
         if (wasInterrupted())
             throw Interrupted("interrupted");
-        if (options.list) {
-            session.terminal.print("{}\n", check);
-            continue;
-        }
         const KelConformanceResult result = suite.run(check);
         failed += result.passed ? 0 : 1;
         if (!options.json)
             printResult(session.terminal, result);
     }
     if (options.json)
-        session.terminal.write(jsonText(format.name, suite.results()));
-    else if (!options.list)
+        session.terminal.write(documentText(jsonResults(format.name, suite.results())));
+    else
         session.terminal.print("{} passed, {} failed\n", grouped(checks.size() - failed), grouped(failed));
     session.exitCode = failed == 0 ? EXIT_GOOD : EXIT_NO;
 }
@@ -126,16 +129,18 @@ void runConform(const Options& options, Session& session)
 
 void addConformCommand(CLI::App& tool, Session& session)
 {
-    CLI::App* command =
-        addCommand(tool, "conform", "Runs the suite that every format has to pass",
-                   {"kel conform memory", "kel conform --plugin ./libmyformat.so",
-                    "kel conform --check mesh-by-zone hdf5", "kel conform polymesh --sample case/constant/polyMesh"});
+    CLI::App* command = addCommand(tool, "conform", "Runs the suite that every format has to pass",
+                                   {"kel conform memory", "kel conform --plugin ./libmyformat.so",
+                                    "kel conform --check mesh-by-zone hdf5",
+                                    "kel conform polymesh --sample case --sample other/constant/polyMesh"});
     auto options = std::make_shared<Options>();
     command->add_option("FORMAT", options->format, "Name of the format; that of the plug-in unless given");
     command->add_option("--plugin", options->plugin, "Shared object to load first");
-    command->add_option("--check", options->checks, "Run this check only; may be repeated")->expected(1);
+    command->add_option("--check", options->checks, "Run this check only; may be repeated")
+        ->type_name("CHECK")
+        ->allow_extra_args(false);
     command->add_option("--sample", options->samples, "Model to read, for a format without a writer; may be repeated")
-        ->expected(1);
+        ->allow_extra_args(false);
     command->add_option("--folder", options->folder, "Folder for the files of the checks, instead of the system's");
     command->add_flag("--list", options->list, "List the checks instead of running them");
     addJsonOption(*command, options->json);

@@ -1,60 +1,26 @@
 #include "Conversion.h"
 
+#include "formats/common/OutputTarget.h"
 #include "KelFileConsumer.h"
+#include "KelFormatConsumer.h"
 #include "KelFormatRegistry.h"
+#include "KelModelDescription.h"
 #include "KelTransfer.h"
 #include "KelUtilities.h"
 #include "Model.h"
 #include "Progress.h"
+#include "StagedFiles.h"
+#include "TimeLevels.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <filesystem>
-#include <set>
+#include <limits>
 #include <system_error>
 
 namespace meridyn::tool {
-
-// ---- time levels --------------------------------------------------------------------------------------------------
-
-static int levelOf(const std::string& text, const std::string& whole)
-{
-    int level = 0;
-    const char* end = text.data() + text.size();
-    const auto [at, error] = std::from_chars(text.data(), end, level);
-    if (text.empty() || error != std::errc() || at != end || level < 0)
-        throw Failure("'" + whole + "' is no list of time levels; an example is 1,5-8,last");
-    return level;
-}
-
-std::vector<int> chosenLevels(const std::string& text, const std::vector<int>& known)
-{
-    std::set<int> levels;
-    std::vector<std::string> entries;
-    for (std::size_t start = 0; start <= text.size();) {
-        const std::size_t end = std::min(text.find(',', start), text.size());
-        entries.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    for (const std::string& entry : entries) {
-        const std::size_t dash = entry.find('-');
-        if (entry == "last") {
-            if (!known.empty())
-                levels.insert(*std::max_element(known.begin(), known.end()));
-        } else if (dash == std::string::npos) {
-            levels.insert(levelOf(entry, text));
-        } else {
-            const int first = levelOf(entry.substr(0, dash), text), last = levelOf(entry.substr(dash + 1), text);
-            for (const int level : known)
-                if (level >= first && level <= last)
-                    levels.insert(level);
-        }
-    }
-    return {levels.begin(), levels.end()};
-}
-
-// ---- conversion ---------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -65,17 +31,35 @@ public:
     ConversionResult run();
 
 private:
+    void planFiles();
+    void planFile(KelDataClass dataClass, const std::string& file);
+    void planPartner(KelDataClass dataClass, const std::string& file);
+    void planMeshes();
+    void planLevels();
+    void planAppend();
+    void dropLevels();
     void makeWriter();
-    void nameTarget(KelDataClass dataClass, const std::string& file);
     void copy(KelDataClass dataClass);
-    void chooseLevels();
+    void copyAll();
+    void declareZones();
     void verify();
+
+    bool isCopied(KelDataClass dataClass) const
+    {
+        const bool isLeftOut =
+            dataClass == KEL_CASE ? _options.dataOnly || !_options.fromLevel.empty() : _options.caseOnly;
+        return _source.has(dataClass) && !isLeftOut;
+    }
 
     const ConversionOptions& _options;
     Terminal& _terminal;
     Model _source;
     KelFormat _format;
     KelFormatFiles _files;
+    std::vector<int> _levels;        ///< chosen; empty for all
+    std::vector<KelMeshKey> _meshes; ///< chosen; empty for all
+    int _fromLevel = -1;             ///< of the appending; -1 where a new model is written
+    StagedFiles _staged;
     std::unique_ptr<KelFileConsumer> _writer;
     std::unique_ptr<KelTransfer> _transfer;
     ConversionResult _result;
@@ -102,10 +86,12 @@ Conversion::Conversion(const ConversionOptions& options, Terminal& terminal)
       _format(targetFormat(options))
 {}
 
-void Conversion::nameTarget(KelDataClass dataClass, const std::string& file)
+// ---- before anything is written
+
+/// Whether a file may be written, when its data class is copied at all.
+void Conversion::planFile(KelDataClass dataClass, const std::string& file)
 {
-    const bool isLeftOut = dataClass == KEL_CASE ? _options.dataOnly : _options.caseOnly;
-    if (isLeftOut || !_source.has(dataClass))
+    if (!isCopied(dataClass))
         return;
     if (file.empty())
         throw Failure(aboutFile(_options.target, "the format '" + _format.name + "' has no file for the " +
@@ -114,10 +100,137 @@ void Conversion::nameTarget(KelDataClass dataClass, const std::string& file)
     for (const KelDataClass read : {KEL_CASE, KEL_DATA})
         if (_source.has(read) && std::filesystem::equivalent(_source.file(read), file, error))
             throw Failure(aboutFile(file, "is read and cannot be written at the same time"));
-    if (!_options.force && std::filesystem::exists(file, error))
+    if (const std::string problem = outputProblem(file); !problem.empty())
+        throw Failure(aboutFile(file, problem));
+    if (!_options.force && _options.fromLevel.empty() && std::filesystem::exists(file, error))
         throw Failure(aboutFile(file, "exists already; --force replaces it"));
-    _writer->setFile(file, dataClass);
     _result.files.push_back(file);
+}
+
+/// A file that is not written, but belongs to a model of the target's name: with what is written it would be a model of
+/// two halves that have nothing to do with each other. Who asks for one half only means to have it beside the other.
+void Conversion::planPartner(KelDataClass dataClass, const std::string& file)
+{
+    std::error_code error;
+    if (isCopied(dataClass) || _options.caseOnly || _options.dataOnly || !_options.fromLevel.empty() || file.empty() ||
+        !std::filesystem::is_regular_file(file, error))
+        return;
+    const std::string half = dataClass == KEL_CASE ? "case" : "data";
+    for (const KelDataClass read : {KEL_CASE, KEL_DATA})
+        if (_source.has(read) && std::filesystem::equivalent(_source.file(read), file, error))
+            throw Failure(aboutFile(file, "is read and cannot be replaced at the same time"));
+    if (!_options.force)
+        throw Failure(aboutFile(file, "exists already, and would become the " + half +
+                                          " of the new model, which has none; --force removes it"));
+    _result.removed.push_back(file);
+}
+
+void Conversion::planFiles()
+{
+    if (!_format.prefix.empty() && _options.target.starts_with(_format.prefix))
+        throw Failure(_options.target + ": a model in memory ends with the process; name a file");
+    _files = _format.files ? _format.files(_options.target, true) : KelFormatFiles{_options.target, ""};
+    planFile(KEL_CASE, _files.caseFile);
+    planFile(KEL_DATA, _files.dataFile);
+    if (_result.files.empty())
+        throw Failure(aboutFile(_options.source, _options.dataOnly ? "has no data" : "has no case"));
+    planPartner(KEL_CASE, _files.caseFile);
+    planPartner(KEL_DATA, _files.dataFile);
+}
+
+/// Says which meshes are copied: all that the options fit.
+void Conversion::planMeshes()
+{
+    if (!_options.mesh.isGiven())
+        return;
+    const KelDataClass dataClass = isCopied(KEL_CASE) ? KEL_CASE : KEL_DATA;
+    _source.open(dataClass);
+    for (const MeshName& mesh : _source.chosenMeshes(dataClass))
+        _meshes.push_back({mesh.mesh, mesh.target, mesh.partition});
+    _source.close();
+}
+
+/// Says which levels are copied; the data has to be looked at for what there is.
+void Conversion::planLevels()
+{
+    if (_options.timeLevels.empty())
+        return;
+    if (!isCopied(KEL_DATA)) {
+        chosenLevels(_options.timeLevels, {}); // a text that is no list of levels is told first
+        throw Failure(aboutFile(_options.source, "--time: there are no data to be copied"));
+    }
+    _source.open(KEL_DATA);
+    const std::vector<TimeLevel> known = timeLevelsOf(_source.reader());
+    _source.close();
+    try {
+        _levels = chosenLevels(_options.timeLevels, known);
+    } catch (const BadLevels&) {
+        throw;
+    } catch (const Failure& failure) {
+        throw Failure(aboutFile(_source.file(KEL_DATA), failure.what()));
+    }
+}
+
+/// A zone as far as two models must agree on it when values of one are added to the other.
+static std::vector<std::array<unsigned64, 4>> zonesOf(const KelBase& base)
+{
+    std::vector<std::array<unsigned64, 4>> zones;
+    for (const KelZoneDescription& zone : describeMesh(base).zones)
+        zones.push_back(
+            {static_cast<unsigned64>(zone.id), static_cast<unsigned64>(zone.category), zone.first, zone.last});
+    std::sort(zones.begin(), zones.end());
+    return zones;
+}
+
+/// Looks at what --from-level needs: a number, levels of the source from it on, and a target with the same zones.
+void Conversion::planAppend()
+{
+    if (_options.fromLevel.empty())
+        return;
+    const char* const end = _options.fromLevel.data() + _options.fromLevel.size();
+    const auto [at, error] = std::from_chars(_options.fromLevel.data(), end, _fromLevel);
+    if (error != std::errc() || at != end || _fromLevel < 0)
+        throw Failure("--from-level: expected the number of a time level, found '" + _options.fromLevel + "'");
+    if (!_source.has(KEL_DATA))
+        throw Failure(aboutFile(_options.source, "has no data"));
+    Model target(_options.target, _options.targetFormat);
+    target.open(KEL_DATA);
+    for (const int level : target.reader().getTimeLevels())
+        if (level >= _fromLevel)
+            _result.dropped.push_back(level);
+    const auto zones = zonesOf(target.reader());
+    target.close();
+    _source.open(KEL_DATA);
+    const std::vector<TimeLevel> known = timeLevelsOf(_source.reader());
+    const bool isSame = zonesOf(_source.reader()) == zones;
+    _source.close();
+    for (const TimeLevel& level : known)
+        if (level.level >= _fromLevel)
+            _levels.push_back(level.level);
+    if (_levels.empty())
+        throw Failure(aboutFile(_source.file(KEL_DATA), "has no time level from " + _options.fromLevel +
+                                                            " on; those that it has: " + levelsText(known)));
+    if (!isSame)
+        throw Failure(aboutFile(_files.dataFile, "has other zones than " + _source.file(KEL_DATA)));
+    if (dynamic_cast<KelFormatConsumer*>(_format.makeWriter().get()) == nullptr)
+        throw Failure("the format '" + _format.name + "' cannot drop time levels");
+}
+
+// ---- writing
+
+/// Makes a copy of the target's data without the levels that are written anew.
+void Conversion::dropLevels()
+{
+    const std::string place = _staged.place(_files.dataFile);
+    std::filesystem::copy_file(linkedFile(_files.dataFile), place);
+    _source.open(KEL_DATA);
+    declareZones();
+    _source.close();
+    _writer->setAppendOn(true);
+    auto& writer = dynamic_cast<KelFormatConsumer&>(*_writer);
+    if (!writer.startWriting(KEL_DATA) || !writer.dropTimeLevelsFrom(_fromLevel) || !writer.endWriting(KEL_DATA))
+        throw Failure(
+            aboutFile(_options.target, _staged.named(errorsOf(writer, "its time levels could not be dropped"))));
 }
 
 void Conversion::makeWriter()
@@ -125,9 +238,10 @@ void Conversion::makeWriter()
     _writer = _format.makeWriter();
     if (!_writer)
         throw Failure("the format '" + _format.name + "' cannot be written");
-    _files = _format.files ? _format.files(_options.target, true) : KelFormatFiles{_options.target, ""};
-    nameTarget(KEL_CASE, _files.caseFile);
-    nameTarget(KEL_DATA, _files.dataFile);
+    if (isCopied(KEL_CASE))
+        _writer->setFile(_staged.place(_files.caseFile), KEL_CASE);
+    if (isCopied(KEL_DATA))
+        _writer->setFile(_staged.place(_files.dataFile), KEL_DATA);
     _writer->setApplicationName("kel");
     _writer->setCompression(_options.compression);
     _writer->setDataPrecision(_options.precision);
@@ -155,53 +269,74 @@ void Conversion::copy(KelDataClass dataClass)
     if (_transfer->wasCancelled())
         throw Interrupted(aboutFile(_options.target, "interrupted; nothing unfinished is left behind"));
     const bool isWriters = _transfer->problemKind() == KelTransferProblem::TargetUnwritable;
-    throw Failure(aboutFile(isWriters ? _options.target : _options.source, _transfer->problem()));
+    throw Failure(aboutFile(isWriters ? _options.target : _options.source, _staged.named(_transfer->problem())));
 }
 
-/// Says which levels are copied; the data has to be looked at for what there is.
-void Conversion::chooseLevels()
+/// Tells the writer the mesh of the values that are added: which one, its zones with all that
+/// is known of them, and the solver that its names come from.
+void Conversion::declareZones()
 {
-    if (_options.timeLevels.empty())
-        return;
-    _source.open(KEL_DATA);
-    const std::vector<int> known = _source.reader().getTimeLevels();
-    _source.close();
-    const std::vector<int> levels = chosenLevels(_options.timeLevels, known);
-    if (levels.empty())
-        throw Failure(aboutFile(_source.file(KEL_DATA), "has no time level of " + _options.timeLevels));
-    _transfer->setTimeLevels(levels);
+    const KelBase& from = _source.reader();
+    _writer->setMeshId(from.getMeshId());
+    _writer->setTarget(from.getTarget());
+    _writer->setPartitionId(from.getPartitionId());
+    _writer->setSolverType(from.getSolverType());
+    declareMesh(*_writer, describeMesh(from));
 }
 
+/// Reads the new files back, before they have their names. Single precision is always looked at for what does not fit.
 void Conversion::verify()
 {
-    Model target(_options.target, _format.name);
+    Model target(_format, _options.target,
+                 {isCopied(KEL_CASE) ? _staged.place(_files.caseFile) : "",
+                  isCopied(KEL_DATA) ? _staged.place(_files.dataFile) : ""});
     KelCompareOptions compare;
-    compare.compareCase = _source.has(KEL_CASE) && target.has(KEL_CASE) && !_options.dataOnly;
-    compare.compareData = _source.has(KEL_DATA) && target.has(KEL_DATA) && !_options.caseOnly;
+    compare.compareCase = isCopied(KEL_CASE);
+    compare.compareData = isCopied(KEL_DATA);
+    compare.meshes = _meshes;
+    if (!_options.verify) { // rounding to single precision is what was asked for, infinity for a large number is not
+        compare.relativeTolerance = std::numeric_limits<float>::epsilon();
+        compare.absoluteTolerance = std::numeric_limits<float>::min();
+    }
     if (!_transfer->verify(target.reader(), compare))
-        throw Failure(aboutFile(_options.target, _transfer->problem()));
+        throw Failure(aboutFile(_options.target, _staged.named(_transfer->problem())));
+}
+
+void Conversion::copyAll()
+{
+    _transfer = std::make_unique<KelTransfer>(_source.reader(), *_writer);
+    _transfer->setTargetFamilies(_format.writes);
+    if (!_levels.empty())
+        _transfer->setTimeLevels(_levels);
+    if (!_meshes.empty())
+        _transfer->setMeshes(_meshes);
+    if (isCopied(KEL_CASE))
+        copy(KEL_CASE);
+    if (!isCopied(KEL_DATA))
+        return;
+    if (!isCopied(KEL_CASE) && _source.has(KEL_CASE))
+        _source.open(KEL_CASE); // values belong to its zones
+    copy(KEL_DATA);
+    _source.close();
 }
 
 ConversionResult Conversion::run()
 {
     const auto start = std::chrono::steady_clock::now();
+    planFiles();
+    planMeshes();
+    planLevels();
+    planAppend();
     makeWriter();
-    if (_result.files.empty())
-        throw Failure(aboutFile(_options.source, _options.dataOnly ? "has no data" : "has no case"));
-    _transfer = std::make_unique<KelTransfer>(_source.reader(), *_writer);
-    _transfer->setTargetFamilies(_format.writes);
-    if (!_options.dataOnly && _source.has(KEL_CASE))
-        copy(KEL_CASE);
-    if (!_options.caseOnly && _source.has(KEL_DATA)) {
-        chooseLevels();
-        if (_options.dataOnly && _source.has(KEL_CASE))
-            _source.open(KEL_CASE); // values belong to its zones
-        copy(KEL_DATA);
-        _source.close();
-    }
-    if (_options.verify)
+    if (_fromLevel >= 0)
+        dropLevels();
+    copyAll();
+    if (_options.verify || _options.precision == KEL_PRECISION_SINGLE)
         verify();
-    _result.losses = _transfer->losses().losses();
+    _writer.reset(); // nothing of the files is held any more
+    _staged.commit(_result.removed);
+    for (KelLoss& loss : _result.losses = _transfer->losses().losses())
+        loss.text = _staged.named(loss.text);
     _result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return _result;
 }

@@ -1,9 +1,10 @@
 #include "Command.h"
-#include "JsonWriter.h"
+#include "Json.h"
 #include "KelCompare.h"
 #include "Model.h"
 #include "Numbers.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace meridyn::tool {
@@ -12,6 +13,7 @@ namespace {
 
 struct Options {
     std::string first, second;
+    MeshChoice mesh;
     KelCompareOptions compare;
     bool caseOnly = false;
     bool dataOnly = false;
@@ -60,31 +62,23 @@ void printDifferences(Terminal& terminal, const Options& options, const std::vec
     printNotCompared(terminal, notCompared);
 }
 
-std::string jsonDifferences(const Options& options, const std::vector<KelDifference>& differences,
-                            const std::vector<std::string>& notCompared)
+Json jsonDifferences(const Options& options, const std::vector<KelDifference>& differences,
+                     const std::vector<std::string>& notCompared)
 {
-    JsonWriter json;
-    json.beginObject().member("first", options.first).member("second", options.second);
-    json.member("equal", differences.empty() && notCompared.empty());
-    json.member("complete", notCompared.empty()).member("not_compared", notCompared);
-    json.key("differences").beginArray();
-    for (const KelDifference& difference : differences) {
-        json.beginObject().member("family", familyOf(difference));
-        json.member("item", difference.item);
-        json.key("time_level");
-        if (difference.level)
-            json.value(*difference.level);
-        else
-            json.null();
-        json.key("id");
-        if (difference.id != 0)
-            json.value(difference.id);
-        else
-            json.null();
-        json.member("first", difference.first).member("second", difference.second).endObject();
-    }
-    json.endArray().endObject();
-    return json.text();
+    Json list = Json::array();
+    for (const KelDifference& difference : differences)
+        list.push_back({{"family", familyOf(difference)},
+                        {"item", difference.item},
+                        {"timeLevel", difference.level ? Json(*difference.level) : Json()},
+                        {"id", difference.id != 0 ? Json(difference.id) : Json()},
+                        {"first", difference.first},
+                        {"second", difference.second}});
+    return {{"first", options.first},
+            {"second", options.second},
+            {"equal", differences.empty() && notCompared.empty()},
+            {"complete", notCompared.empty()},
+            {"notCompared", notCompared},
+            {"differences", list}};
 }
 
 /// Whether a data class is compared. One that only one of the models has is a difference of its own.
@@ -105,9 +99,27 @@ bool isCompared(const Model& first, const Model& second, KelDataClass dataClass,
     return inFirst && inSecond;
 }
 
+/// Adds the meshes of a model that the options fit to those that are compared.
+void chooseMeshes(Options& options, Model& model)
+{
+    if (!options.mesh.isGiven())
+        return;
+    const KelDataClass dataClass = model.has(KEL_CASE) && !options.dataOnly ? KEL_CASE : KEL_DATA;
+    model.open(dataClass);
+    for (const MeshName& mesh : model.chosenMeshes(dataClass)) {
+        const KelMeshKey key{mesh.mesh, mesh.target, mesh.partition};
+        if (std::find(options.compare.meshes.begin(), options.compare.meshes.end(), key) ==
+            options.compare.meshes.end())
+            options.compare.meshes.push_back(key);
+    }
+    model.close();
+}
+
 void runDiff(Options& options, Session& session)
 {
-    Model first(options.first), second(options.second);
+    Model first(options.first, "", options.mesh), second(options.second, "", options.mesh);
+    chooseMeshes(options, first);
+    chooseMeshes(options, second);
     std::vector<KelDifference> differences;
     options.compare.compareCase = isCompared(first, second, KEL_CASE, options.dataOnly, differences);
     options.compare.compareData = isCompared(first, second, KEL_DATA, options.caseOnly, differences);
@@ -123,10 +135,10 @@ void runDiff(Options& options, Session& session)
     const auto& found = compare.differences();
     differences.insert(differences.end(), found.begin(), found.end());
     if (options.json)
-        session.terminal.write(jsonDifferences(options, differences, compare.notCompared()));
+        session.terminal.write(documentText(jsonDifferences(options, differences, compare.notCompared())));
     else
         printDifferences(session.terminal, options, differences, compare.notCompared());
-    session.exitCode = !differences.empty() ? EXIT_NO : compare.isComplete() ? EXIT_GOOD : EXIT_INCOMPLETE;
+    session.exitCode = !differences.empty() ? EXIT_NO : compare.isComplete() ? EXIT_GOOD : EXIT_NOT_ALL;
 }
 
 } // namespace
@@ -136,21 +148,20 @@ void addDiffCommand(CLI::App& tool, Session& session)
     CLI::App* command =
         addCommand(tool, "diff", "Compares two models, of one format or two",
                    {"kel diff before.case.kel after.case.kel",
-                    "kel diff --rtol 1e-6 cube.case.kel case/constant/polyMesh   # exit code 1 when they differ",
+                    "kel diff --rtol 1e-6 cavity.case.kel case/constant/polyMesh   # exit code 1 when they differ",
                     "kel diff --data-only --first 20 run1.data.kel run2.data.kel"});
     auto options = std::make_shared<Options>();
     command->add_option("A", options->first, "First model")->required();
     command->add_option("B", options->second, "Second model")->required();
-    command
-        ->add_option("--rtol", options->compare.relativeTolerance,
-                     "Values that are this close are equal, as a share of the larger one")
-        ->check(CLI::NonNegativeNumber);
-    command->add_option("--atol", options->compare.absoluteTolerance, "Values that are this close are equal")
-        ->check(CLI::NonNegativeNumber);
+    addToleranceOption(*command, "--rtol", options->compare.relativeTolerance,
+                       "Values that are this close are equal, as a share of the larger one");
+    addToleranceOption(*command, "--atol", options->compare.absoluteTolerance, "Values that are this close are equal");
     command->add_option("--first", options->compare.differencesPerItem,
                         "Differences that are shown per array; 5 unless given");
     command->add_flag("--case-only", options->caseOnly, "Compare the cases only");
     command->add_flag("--data-only", options->dataOnly, "Compare the data only")->excludes("--case-only");
+    addMeshOptions(*command, options->mesh);
+    addPluginOption(*command);
     addJsonOption(*command, options->json);
     command->callback([options, &session] { runDiff(*options, session); });
 }

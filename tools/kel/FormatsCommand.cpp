@@ -1,5 +1,5 @@
 #include "Command.h"
-#include "JsonWriter.h"
+#include "Json.h"
 #include "KelFormatRegistry.h"
 #include "Numbers.h"
 
@@ -67,28 +67,25 @@ void printMarkdown(Terminal& terminal, const std::vector<KelFormat>& formats)
     }
 }
 
-void writeFamilies(JsonWriter& json, const char* name, KelFormatFamilies families)
+Json jsonFamilies(KelFormatFamilies families)
 {
-    json.key(name).beginArray();
+    Json names = Json::array();
     for (int family = 0; family < KEL_FAMILY_COUNT; ++family)
         if (has(families, family))
-            json.value(formatFamilyName(static_cast<KelFormatFamily>(family)));
-    json.endArray();
+            names.push_back(formatFamilyName(static_cast<KelFormatFamily>(family)));
+    return names;
 }
 
-std::string jsonText(const KelFormatRegistry& registry)
+Json jsonFormats(const KelFormatRegistry& registry)
 {
-    JsonWriter json;
-    json.beginObject().key("formats").beginArray();
-    for (const KelFormat& format : registry.formats()) {
-        json.beginObject().member("name", format.name).member("description", format.description);
-        json.member("suffixes", format.suffixes);
-        writeFamilies(json, "reads", format.reads);
-        writeFamilies(json, "writes", format.writes);
-        json.endObject();
-    }
-    json.endArray().member("pluginProblems", registry.pluginProblems()).endObject();
-    return json.text();
+    Json formats = Json::array();
+    for (const KelFormat& format : registry.formats())
+        formats.push_back({{"name", format.name},
+                           {"description", format.description},
+                           {"suffixes", format.suffixes},
+                           {"reads", jsonFamilies(format.reads)},
+                           {"writes", jsonFamilies(format.writes)}});
+    return {{"formats", formats}, {"pluginProblems", registry.pluginProblems()}};
 }
 
 } // namespace
@@ -102,13 +99,14 @@ void addFormatsCommand(CLI::App& tool, Session& session)
     CLI::App* command = addCommand(tool, "formats", "Lists the formats and what each of them carries",
                                    {"kel formats", "kel formats --json", "kel formats --markdown"});
     auto options = std::make_shared<Options>();
+    addPluginOption(*command);
     addJsonOption(*command, options->json);
     command->add_flag("--markdown", options->markdown, "Print the table of what is carried as Markdown")
         ->excludes("--json");
     command->callback([options, &session] {
         const KelFormatRegistry& registry = KelFormatRegistry::instance();
         if (options->json)
-            session.terminal.write(jsonText(registry));
+            session.terminal.write(documentText(jsonFormats(registry)));
         else if (options->markdown)
             printMarkdown(session.terminal, registry.formats());
         else

@@ -1,12 +1,14 @@
 #include "Command.h"
-#include "JsonWriter.h"
+#include "Json.h"
 #include "KelBase.h"
 #include "KelVariableAttributeProvider.h"
 #include "MappingFiles.h"
 #include "Numbers.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace meridyn::tool {
 
@@ -30,21 +32,17 @@ public:
     }
 };
 
-void writeFile(JsonWriter& json, const MappingFile& file)
-{
-    json.beginObject().member("source", file.source).member("target", file.target).member("path", file.path);
-    json.member("used", file.isUsed).member("variables", unsigned64{file.keys.size()}).endObject();
-}
-
 void listFiles(const std::vector<MappingFile>& files, const Options& options, Session& session)
 {
     if (options.json) {
-        JsonWriter json;
-        json.beginObject().member("folder", options.folder).key("files").beginArray();
+        Json json = {{"folder", options.folder}, {"files", Json::array()}};
         for (const MappingFile& file : files)
-            writeFile(json, file);
-        json.endArray().endObject();
-        session.terminal.write(json.text());
+            json["files"].push_back({{"source", file.source},
+                                     {"target", file.target},
+                                     {"path", file.path},
+                                     {"used", file.isUsed},
+                                     {"variables", file.keys.size()}});
+        session.terminal.write(documentText(json));
         return;
     }
     Table table("<<><", {"from", "to", "variables", "file"});
@@ -56,16 +54,18 @@ void listFiles(const std::vector<MappingFile>& files, const Options& options, Se
 
 void checkFiles(const std::vector<MappingFile>& files, const Options& options, Session& session)
 {
-    const std::vector<MappingProblem> problems = checkMappingFiles(files);
+    std::vector<MappingProblem> problems = filesThatAreNone(options.folder);
+    const std::vector<MappingProblem> inside = checkMappingFiles(files);
+    problems.insert(problems.end(), inside.begin(), inside.end());
     session.exitCode = problems.empty() ? EXIT_GOOD : EXIT_NO;
     if (options.json) {
-        JsonWriter json;
-        json.beginObject().member("folder", options.folder).member("good", problems.empty());
-        json.member("files", unsigned64{files.size()}).key("problems").beginArray();
+        Json json = {{"folder", options.folder},
+                     {"good", problems.empty()},
+                     {"files", files.size()},
+                     {"problems", Json::array()}};
         for (const MappingProblem& problem : problems)
-            json.beginObject().member("path", problem.path).member("text", problem.text).endObject();
-        json.endArray().endObject();
-        session.terminal.write(json.text());
+            json["problems"].push_back({{"path", problem.path}, {"text", problem.text}});
+        session.terminal.write(documentText(json));
         return;
     }
     for (const MappingProblem& problem : problems)
@@ -74,46 +74,64 @@ void checkFiles(const std::vector<MappingFile>& files, const Options& options, S
                            counted(problems.size(), "problem", "problems"));
 }
 
-void translate(const std::vector<MappingFile>& files, const Options& options, Session& session)
+/// What the files make of a name.
+struct Translation {
+    std::string mapped;
+    std::vector<std::pair<std::string, std::string>> attributes;
+    std::string problem; ///< why there is none; empty when the name is translated
+};
+
+Translation translationOf(const std::vector<MappingFile>& files, const Options& options)
 {
     Translator translator;
+    Translation found;
     KelVariableAttributeProvider* provider = translator.provider(options.source, options.target);
     if (provider == nullptr) {
-        session.exitCode = EXIT_NO;
-        if (options.json)
-            session.terminal.write(
-                JsonWriter().beginObject().member("name", options.name).member("known", false).endObject().text());
-        session.terminal.complain("no mapping file leads from " + options.source + " to " + options.target);
-        return;
+        found.problem = "no mapping file leads from " + options.source + " to " + options.target;
+        return found;
     }
+    found.mapped = provider->getMappedKey(options.name);
+    for (const std::string& attribute : provider->getSupportedAttributes(options.name))
+        found.attributes.emplace_back(attribute, provider->getAttributeValue(options.name, attribute));
+    // A name without a mapped one comes back as it is; one that is mapped to itself bears it in an attribute.
+    const bool isMapped = found.mapped != options.name ||
+                          std::any_of(found.attributes.begin(), found.attributes.end(),
+                                      [&](const auto& attribute) { return attribute.second == found.mapped; });
     const bool arrives =
         options.source == options.target || std::any_of(files.begin(), files.end(), [&](const MappingFile& file) {
             return file.target == options.target && file.source != file.target;
         });
-    const std::string mapped = provider->getMappedKey(options.name);
-    const std::vector<std::string> attributes = provider->getSupportedAttributes(options.name);
-    if (attributes.empty())
-        session.exitCode = EXIT_NO;
+    if (found.attributes.empty())
+        found.problem = options.source + " has no variable '" + options.name + "'";
+    else if (!arrives)
+        found.problem = "no file leads to " + options.target + "; the files lead as far as '" + found.mapped + "'";
+    else if (!isMapped && options.source != options.target)
+        found.problem = "'" + options.name + "' of " + options.source + " has no name in " + options.target;
+    return found;
+}
+
+void translate(const std::vector<MappingFile>& files, const Options& options, Session& session)
+{
+    const Translation found = translationOf(files, options);
+    session.exitCode = found.problem.empty() ? EXIT_GOOD : EXIT_NO;
     if (options.json) {
-        JsonWriter json;
-        json.beginObject().member("name", options.name).member("from", options.source).member("to", options.target);
-        json.member("known", !attributes.empty()).member("mapped", mapped).key("attributes").beginObject();
-        for (const std::string& attribute : attributes)
-            json.member(attribute, provider->getAttributeValue(options.name, attribute));
-        json.endObject().endObject();
-        session.terminal.write(json.text());
-        return;
+        Json attributes = Json::object();
+        for (const auto& [name, value] : found.attributes)
+            attributes[name] = value;
+        session.terminal.write(documentText({{"name", options.name},
+                                             {"from", options.source},
+                                             {"to", options.target},
+                                             {"known", !found.attributes.empty()},
+                                             {"translated", found.problem.empty()},
+                                             {"mapped", found.mapped},
+                                             {"attributes", attributes}}));
+    } else if (!found.attributes.empty()) {
+        session.terminal.print("{}\n", session.terminal.styled(Style::Heading, printable(found.mapped)));
+        for (const auto& [name, value] : found.attributes)
+            session.terminal.print("  {}: {}\n", printable(name), printable(value));
     }
-    if (attributes.empty()) {
-        session.terminal.complain(options.source + " has no variable '" + options.name + "'");
-        return;
-    }
-    session.terminal.print("{}\n", session.terminal.styled(Style::Heading, printable(mapped)));
-    for (const std::string& attribute : attributes)
-        session.terminal.print("  {}: {}\n", printable(attribute),
-                               printable(provider->getAttributeValue(options.name, attribute)));
-    if (!arrives)
-        session.terminal.print("No file leads to {}: this is as far as the files go.\n", printable(options.target));
+    if (!found.problem.empty())
+        session.terminal.complain(found.problem);
 }
 
 void runMap(Options& options, Session& session)
@@ -121,6 +139,13 @@ void runMap(Options& options, Session& session)
     options.folder = mappingFolder();
     if (options.folder.empty())
         throw Failure("no folder of mapping files: set KEL_VARIABLE_CONFIG_DIR");
+    std::error_code error;
+    if (!std::filesystem::is_directory(options.folder, error)) {
+        session.terminal.complain(options.folder + ": " +
+                                  (error ? error.message() : "expected a folder of mapping files, found a file"));
+        session.exitCode = EXIT_NO;
+        return;
+    }
     const std::vector<MappingFile> files = mappingFilesIn(options.folder);
     if (!options.name.empty())
         translate(files, options, session);
@@ -145,7 +170,9 @@ void addMapCommand(CLI::App& tool, Session& session)
     name->needs(from)->needs(to);
     from->needs(name);
     to->needs(name);
-    command->add_flag("--check", options->check, "Look for duplicates, unmapped names and keys that do not come back")
+    command
+        ->add_flag("--check", options->check,
+                   "Look for files that are none, duplicates, unmapped names and keys that do not come back")
         ->excludes(name);
     addJsonOption(*command, options->json);
     command->callback([options, &session] { runMap(*options, session); });

@@ -81,6 +81,41 @@ std::vector<MappingFile> mappingFilesIn(const std::string& folder)
     return files;
 }
 
+/// What keeps an XML file from being a mapping file; empty when nothing does.
+static std::string whyNone(const std::string& path)
+{
+    pugi::xml_document document;
+    const pugi::xml_parse_result parsed = document.load_file(path.c_str());
+    std::pair<std::string, std::string> vocabularies;
+    if (parsed && KelVariableAttributeFile::isMappingFile(path, vocabularies))
+        return "";
+    if (!parsed)
+        return "is no mapping file: " + std::string(parsed.description()) + " at byte " + std::to_string(parsed.offset);
+    const pugi::xml_node root = document.child("mapping");
+    if (!root)
+        return "is no mapping file: its root element is '" + std::string(document.document_element().name()) +
+               "', 'mapping' expected";
+    for (const char* name : {"Source", "Target"})
+        if (attributeOf(root, name).empty())
+            return "is not used: its header has no '" + std::string(name) + "'";
+    return "is not used: it cannot be read as a mapping file";
+}
+
+std::vector<MappingProblem> filesThatAreNone(const std::string& folder)
+{
+    std::vector<MappingProblem> problems;
+    std::error_code error, ignored;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        if (entry->path().extension() != ".xml" || entry->is_directory(ignored))
+            continue;
+        if (const std::string reason = whyNone(entry->path().string()); !reason.empty())
+            problems.push_back({entry->path().string(), reason});
+    }
+    std::sort(problems.begin(), problems.end(),
+              [](const MappingProblem& a, const MappingProblem& b) { return a.path < b.path; });
+    return problems;
+}
+
 // ---- check --------------------------------------------------------------------------------------------------------
 
 static void checkKeys(const MappingFile& file, KelVariableAttributeFile& names, std::vector<MappingProblem>& problems)

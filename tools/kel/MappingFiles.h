@@ -24,6 +24,10 @@ struct MappingProblem {
     std::string path, text;
 };
 
+/// Why files of a folder whose names end in ".xml" are no mapping files: not readable, not well-formed, another root
+/// element, a header without a source or a target.
+std::vector<MappingProblem> filesThatAreNone(const std::string& folder);
+
 /// Looks for several files with the same vocabularies, keys that appear twice, variables without a mapped key, and keys
 /// that another file does not lead back to.
 std::vector<MappingProblem> checkMappingFiles(const std::vector<MappingFile>& files);

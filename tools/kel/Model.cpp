@@ -3,6 +3,7 @@
 #include "KelFormatRegistry.h"
 #include "Numbers.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -19,17 +20,41 @@ static std::string whyUnknown(const std::string& path)
     return error ? error.message() : "no format recognises it; 'kel formats' lists those that can be read";
 }
 
+/// The first file that a format has for a name.
+static std::string fileBehind(const KelFormat& format, const std::string& path)
+{
+    const KelFormatFiles files = format.files(path, false);
+    return files.caseFile.empty() ? files.dataFile : files.caseFile;
+}
+
+/// Refuses a name that could mean two things, with both of them.
+static void expectOneMeaning(const std::string& path, const std::vector<const KelFormat*>& formats)
+{
+    if (formats.size() < 2)
+        return;
+    std::string meanings;
+    for (const KelFormat* format : formats)
+        meanings += (meanings.empty() ? "" : " or ") + fileBehind(*format, path) + " (" + format->name + ")";
+    throw Failure(path + ": could be " + meanings + "; name the file, or the format with --from");
+}
+
 /// The format of a path: the one whose prefix or content it has; for a damaged file, which none recognises, the one of
-/// its suffix, so that its reader tells what is wrong.
+/// its suffix, so that its reader tells what is wrong. A folder that no format recognises never stands for a file
+/// beside it: it may be a model that is damaged.
 static const KelFormat* formatBehind(const std::string& path)
 {
     const KelFormatRegistry& registry = KelFormatRegistry::instance();
-    for (const KelFormat& format : registry.formats())
-        if (!format.prefix.empty() && path.starts_with(format.prefix) && format.makeReader)
-            return &format;
-    if (const KelFormat* format = registry.probe(path))
-        return format;
+    const std::vector<const KelFormat*> formats = registry.candidates(path);
+    expectOneMeaning(path, formats);
     std::error_code error;
+    if (!formats.empty()) {
+        const std::string file = fileBehind(*formats.front(), path);
+        if (formats.front()->prefix.empty() && std::filesystem::is_directory(path, error) &&
+            std::filesystem::is_regular_file(file, error))
+            throw Failure(path + ": a folder that no format recognises, and beside it " + file + " (" +
+                          formats.front()->name + "); name that file if it is meant");
+        return formats.front();
+    }
     return std::filesystem::is_regular_file(path, error) ? registry.forWriting(path) : nullptr;
 }
 
@@ -44,8 +69,8 @@ static KelFormat formatOf(const std::string& path, const std::string& formatName
     return *format;
 }
 
-Model::Model(const std::string& path, const std::string& formatName)
-    : _path(path), _format(formatOf(path, formatName)), _reader(_format.makeReader())
+Model::Model(const std::string& path, const std::string& formatName, const MeshChoice& choice)
+    : _path(path), _choice(choice), _format(formatOf(path, formatName)), _reader(_format.makeReader())
 {
     _files = _format.files ? _format.files(path, false) : KelFormatFiles{path, ""};
     if (!_reader)
@@ -55,6 +80,89 @@ Model::Model(const std::string& path, const std::string& formatName)
     for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
         if (has(dataClass))
             _reader->setFile(file(dataClass), dataClass);
+}
+
+Model::Model(KelFormat format, std::string path, KelFormatFiles files)
+    : _path(std::move(path)), _format(std::move(format)), _files(std::move(files)), _reader(_format.makeReader())
+{
+    for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
+        if (has(dataClass))
+            _reader->setFile(file(dataClass), dataClass);
+}
+
+std::string targetName(int target)
+{
+    static const char* const names[] = {"default", "solver", "partitioned post", "post"};
+    return target >= 0 && target <= KEL_POST ? names[target] : std::to_string(target);
+}
+
+/// "mesh 2, target post, partition 3"
+static std::string nameOf(const MeshName& mesh)
+{
+    return "mesh " + std::to_string(mesh.mesh) + ", target " + targetName(mesh.target) +
+           (mesh.partition >= 0 ? ", partition " + std::to_string(mesh.partition) : "");
+}
+
+MeshName Model::openedMesh() const
+{
+    const KelTargetCategory target = _reader->getTarget();
+    return {_reader->getMeshId(), target, target == KEL_PARTITIONED_POST ? _reader->getPartitionId() : -1};
+}
+
+std::vector<MeshName> Model::meshes(KelDataClass dataClass) const
+{
+    std::vector<MeshName> found;
+    for (const int mesh : _reader->availableMeshIds(dataClass))
+        for (const KelTargetCategory target : _reader->availableTargets(mesh, dataClass)) {
+            if (target != KEL_PARTITIONED_POST) {
+                found.push_back({mesh, target, -1});
+                continue;
+            }
+            for (const int partition : _reader->availablePartitionIds(mesh, dataClass))
+                found.push_back({mesh, target, partition});
+        }
+    return found.empty() ? std::vector<MeshName>{openedMesh()} : found;
+}
+
+std::vector<MeshName> Model::chosenMeshes(KelDataClass dataClass) const
+{
+    std::vector<MeshName> chosen = meshes(dataClass);
+    std::erase_if(chosen, [this](const MeshName& mesh) {
+        return (_choice.mesh != 0 && _choice.mesh != mesh.mesh) ||
+               (_choice.target != -1 && _choice.target != mesh.target) ||
+               (_choice.partition != -1 && _choice.partition != mesh.partition);
+    });
+    return chosen;
+}
+
+void Model::openMesh(KelDataClass dataClass, const MeshName& mesh)
+{
+    if (_isOpen[dataClass] && openedMesh() == mesh)
+        return;
+    close();
+    // Chosen while nothing is open, so that no mesh between the old and the new one has to exist.
+    _reader->setMeshId(mesh.mesh);
+    _reader->setTarget(static_cast<KelTargetCategory>(mesh.target));
+    if (mesh.partition >= 0)
+        _reader->setPartitionId(mesh.partition);
+    errorsOf(*_reader, ""); // what a closed reader says of a mesh that it cannot load yet is dropped
+    openFile(dataClass);
+}
+
+/// A reader opens the mesh that is nearest to its context; the command wants the first one that the choice fits.
+void Model::takeChosenMesh(KelDataClass dataClass)
+{
+    const std::vector<MeshName> chosen = chosenMeshes(dataClass);
+    if (!chosen.empty()) {
+        if (!_isOpen[dataClass == KEL_CASE ? KEL_DATA
+                                           : KEL_CASE]) // the mesh of a second data class is that of the first
+            openMesh(dataClass, chosen.front());
+        return;
+    }
+    std::string names;
+    for (const MeshName& mesh : meshes(dataClass))
+        names += (names.empty() ? "" : "; ") + nameOf(mesh);
+    throw Failure(aboutFile(file(dataClass), "has no such mesh; it has " + names));
 }
 
 Model::~Model()
@@ -71,6 +179,13 @@ void Model::open(KelDataClass dataClass)
 {
     if (!has(dataClass))
         throw Failure(aboutFile(_path, dataClass == KEL_CASE ? "has no case" : "has no data"));
+    openFile(dataClass);
+    if (_choice.isGiven())
+        takeChosenMesh(dataClass);
+}
+
+void Model::openFile(KelDataClass dataClass)
+{
     if (!_reader->startReading(dataClass))
         throw failure("could not be read", dataClass);
     _isOpen[dataClass] = true;
@@ -90,6 +205,18 @@ void Model::close()
             _isOpen[dataClass] = false;
             _reader->endReading(dataClass);
         }
+}
+
+/// Reaches the solution model of any reader: a pointer to a protected member, named through a derived class, may be
+/// used on all of them.
+class SolutionAccess : public KelBase {
+public:
+    static const KelSolutionModel& of(const KelBase& base) { return *(base.*&SolutionAccess::solutionModel)(); }
+};
+
+const KelSolutionModel& Model::solution() const
+{
+    return SolutionAccess::of(*_reader);
 }
 
 Failure Model::failure(const std::string& otherwise, KelDataClass dataClass)

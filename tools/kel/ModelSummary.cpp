@@ -1,12 +1,13 @@
 #include "ModelSummary.h"
 
+#include "KelAttributes.h"
 #include "KelLocationModel.h"
-#include "Model.h"
+#include "KelSolutionModel.h"
+#include "KelSourceLedger.h"
 #include "Progress.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace meridyn::tool {
 
@@ -26,10 +27,20 @@ static void addZones(ModelSummary& summary, const KelProvider& reader)
     }
 }
 
+/// The meshes of both data classes; data alone may have some that the case has not.
+static void addMeshes(ModelSummary& summary, const Model& model)
+{
+    for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
+        if (model.has(dataClass))
+            for (const MeshName& mesh : model.meshes(dataClass))
+                if (std::find(summary.meshes.begin(), summary.meshes.end(), mesh) == summary.meshes.end())
+                    summary.meshes.push_back(mesh);
+}
+
 static void addMesh(ModelSummary& summary, const KelProvider& reader)
 {
-    summary.meshId = reader.getMeshId();
-    summary.meshIds = reader.availableMeshIds(KEL_CASE);
+    summary.mesh = {reader.getMeshId(), reader.getTarget(),
+                    reader.getTarget() == KEL_PARTITIONED_POST ? reader.getPartitionId() : -1};
     summary.solver = reader.getSolverType();
     reader.getMeshUnits(summary.unit);
     reader.getMeshSize(KEL_MESH_DIMENSION, summary.dimension);
@@ -68,12 +79,74 @@ static void findRange(ModelSummary::Variable& variable, const KelProvider& reade
     }
 }
 
-static void addVariables(ModelSummary& summary, KelProvider& reader, bool withRanges, Progress& progress)
+/// Finds the values of a variable of a phase at the chosen time level, or at the last one that has some.
+static void openValues(ModelSummary::Variable& variable, const ModelSummary& summary, KelProvider& reader, short phase)
 {
-    for (const auto& [phaseId, phaseName] : summary.phases) {
-        if (!reader.startReadingPhase(phaseId))
+    const auto opens = [&](std::optional<int> level) {
+        variable.components =
+            reader.startReadingZonesOfCategoryWithPhaseVariable(variable.category, variable.id, variable.zones);
+        if (variable.components > 0)
+            variable.level = level;
+        return variable.components > 0;
+    };
+    if (opens(summary.level))
+        return;
+    for (std::size_t n = summary.timeLevels.size(); n-- > 0;) {
+        const int level = summary.timeLevels[n].level;
+        if (level == summary.level)
             continue;
+        reader.startReadingTimeLevel(level);
+        if (reader.getTimeLevel() == level && reader.startReadingPhase(phase) && opens(level))
+            return;
+    }
+}
+
+/// The attributes as the model has them, without what mapping files in the environment make of them.
+static ModelSummary::Attributes attributesOf(const KelSolutionModel& solution, int variableId)
+{
+    ModelSummary::Attributes attributes;
+    std::vector<std::string> names;
+    solution.getAttributeNamesOfVariable(variableId, names);
+    for (const std::string& name : names) {
+        std::string value;
+        solution.getAttributeOfVariable(variableId, name, value);
+        attributes.emplace_back(name, value);
+    }
+    return attributes;
+}
+
+static std::string valueOf(const ModelSummary::Attributes& attributes, const std::string& name)
+{
+    const auto found = std::find_if(attributes.begin(), attributes.end(),
+                                    [&](const auto& attribute) { return attribute.first == name; });
+    return found != attributes.end() ? found->second : "";
+}
+
+static ModelSummary::Attributes attributesOfPhase(const KelProvider& reader, short phase)
+{
+    ModelSummary::Attributes attributes;
+    std::vector<std::string> names;
+    reader.getAttributesOfPhase(phase, names);
+    for (const std::string& name : names) {
+        std::string value;
+        reader.getAttributeValueOfPhase(phase, name, value);
+        attributes.emplace_back(name, value);
+    }
+    return attributes;
+}
+
+static void addVariables(ModelSummary& summary, KelProvider& reader, const KelSolutionModel& solution, bool withRanges,
+                         Progress& progress)
+{
+    const auto select = [&](short phase) {
+        if (summary.level)
+            reader.startReadingTimeLevel(*summary.level);
+        return reader.startReadingPhase(phase);
+    };
+    for (const ModelSummary::Phase& phase : summary.phases)
         for (const KelZoneCategory category : allCategories) {
+            if (!select(phase.id))
+                continue;
             std::vector<int> ids;
             std::vector<std::string> names;
             reader.getPhaseVariablesOfCategory(category, ids);
@@ -81,18 +154,28 @@ static void addVariables(ModelSummary& summary, KelProvider& reader, bool withRa
             for (std::size_t n = 0; n < ids.size() && n < names.size(); ++n) {
                 ModelSummary::Variable variable;
                 variable.id = ids[n];
-                variable.phase = phaseName;
+                variable.phase = phase.name;
                 variable.name = names[n];
                 variable.category = category;
-                reader.getAttributeValueOfPhaseVariable(ids[n], "Long Name", variable.longName);
-                variable.components =
-                    reader.startReadingZonesOfCategoryWithPhaseVariable(category, ids[n], variable.zones);
+                variable.attributes = attributesOf(solution, ids[n]);
+                variable.longName = valueOf(variable.attributes, KelAttributes::longName);
+                variable.units = valueOf(variable.attributes, KelAttributes::units);
+                select(phase.id);
+                openValues(variable, summary, reader, phase.id);
                 if (withRanges && variable.components > 0)
                     findRange(variable, reader, progress);
                 summary.variables.push_back(variable);
             }
         }
-    }
+}
+
+static void addTimeLevels(ModelSummary& summary, const KelProvider& reader, std::optional<int> level)
+{
+    summary.timeLevels = timeLevelsOf(reader);
+    if (summary.timeLevels.empty())
+        return;
+    reader.startReadingTimeLevel(level.value_or(KEL_LATEST_TIME_LEVEL));
+    summary.level = reader.getTimeLevel();
 }
 
 static void addSettings(ModelSummary& summary, const KelProvider& reader, KelDataClass dataClass)
@@ -122,7 +205,33 @@ static void addLocations(ModelSummary& summary, const KelProvider& reader)
     }
 }
 
-ModelSummary summarise(Model& model, bool withRanges, Progress& progress)
+/// What the reader left out; a reader finds some of it only while it reads, so this comes last.
+static void addNotRead(ModelSummary& summary, const Model& model, const KelProvider& reader)
+{
+    const auto* ledger = dynamic_cast<const KelSourceLedger*>(&reader);
+    summary.saysWhatIsNotRead = ledger != nullptr;
+    for (const KelDataClass dataClass : {KEL_CASE, KEL_DATA})
+        if (ledger != nullptr && model.has(dataClass))
+            for (const KelSourceItem& item : ledger->notHandedOver(dataClass))
+                summary.notRead.push_back(
+                    {dataClass, formatFamilyName(item.family), item.place, notReadName(item.reason), item.text});
+}
+
+/// The data of a summary: phases, time levels, variables.
+static void addSolution(ModelSummary& summary, Model& model, bool withRanges, std::optional<int> level,
+                        Progress& progress)
+{
+    KelFileProvider& reader = model.reader();
+    std::vector<short> phases;
+    reader.getPhaseIds(phases);
+    for (const short phase : phases)
+        summary.phases.push_back(
+            {phase, static_cast<const KelBase&>(reader).getPhaseName(phase), attributesOfPhase(reader, phase)});
+    addTimeLevels(summary, reader, level);
+    addVariables(summary, reader, model.solution(), withRanges, progress);
+}
+
+ModelSummary summarise(Model& model, bool withRanges, std::optional<int> level, Progress& progress)
 {
     ModelSummary summary;
     KelFileProvider& reader = model.reader();
@@ -136,17 +245,12 @@ ModelSummary summarise(Model& model, bool withRanges, Progress& progress)
             summary.files.push_back({dataClass, model.file(dataClass), version});
             addSettings(summary, reader, dataClass);
         }
+    addMeshes(summary, model);
     addMesh(summary, reader);
     addLocations(summary, reader);
-    if (!model.has(KEL_DATA))
-        return summary;
-    std::vector<short> phases;
-    reader.getPhaseIds(phases);
-    for (const short phase : phases)
-        summary.phases.emplace_back(phase, static_cast<const KelBase&>(reader).getPhaseName(phase));
-    summary.timeLevels = reader.getTimeLevels();
-    reader.startReadingTimeLevel(std::numeric_limits<int>::min()); // the largest one
-    addVariables(summary, reader, withRanges, progress);
+    if (model.has(KEL_DATA))
+        addSolution(summary, model, withRanges, level, progress);
+    addNotRead(summary, model, reader);
     return summary;
 }
 

@@ -1,6 +1,7 @@
 #include "Terminal.h"
 
 #include "Numbers.h"
+#include "PathWords.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -35,7 +36,7 @@ void Terminal::complain(std::string_view text)
     std::fflush(stdout);
     std::string line(text);
     std::replace(line.begin(), line.end(), '\n', ' ');
-    std::fputs(("kel: " + printable(line) + "\n").c_str(), stderr);
+    std::fputs(("kel: " + printable(withWordsForPaths(line)) + "\n").c_str(), stderr);
 }
 
 std::string Terminal::styled(Style style, std::string_view text) const

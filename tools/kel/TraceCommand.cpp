@@ -1,40 +1,35 @@
 #include "Command.h"
 #include "Interrupt.h"
-#include "KelConsumer.h"
 #include "KelTransfer.h"
 #include "Model.h"
+#include "TraceWriter.h"
 
+#include <iostream>
 #include <memory>
 
 namespace meridyn::tool {
 
 namespace {
 
-/// The bare writer, which prints what it is given, as a target that a transfer can drive.
-class TraceWriter : public KelConsumer {
-public:
-    TraceWriter() : KelConsumer("kel") {}
-
-    bool startWriting(KelDataClass dataClass) override
-    {
-        std::cout << (dataClass == KEL_CASE ? "Case\n" : "Data\n") << std::endl;
-        return true;
-    }
-
-    bool endWriting(KelDataClass) override { return true; }
-
-    void startWritingPhase(short phaseId) const override
-    {
-        KelConsumer::startWritingPhase(phaseId);
-        setActivePhase(phaseId);
-    }
-};
-
 struct Options {
     std::string file;
     std::string format;
+    MeshChoice mesh;
     bool caseOnly = false;
     bool dataOnly = false;
+};
+
+/// Standard output with all lines escaped, as long as this lives.
+class EscapedOutput {
+public:
+    EscapedOutput() : _buffer(std::cout.rdbuf()) { std::cout.rdbuf(&_buffer); }
+    ~EscapedOutput() { std::cout.rdbuf(_before); }
+    EscapedOutput(const EscapedOutput&) = delete;
+    EscapedOutput& operator=(const EscapedOutput&) = delete;
+
+private:
+    std::streambuf* _before = std::cout.rdbuf();
+    EscapingBuffer _buffer;
 };
 
 /// False when the output takes no more, which the end of the run reports.
@@ -49,12 +44,26 @@ bool trace(Model& model, KelTransfer& transfer, KelDataClass dataClass)
     return false;
 }
 
+std::vector<KelMeshKey> chosenMeshes(const Options& options, Model& model)
+{
+    const KelDataClass dataClass = model.has(KEL_CASE) && !options.dataOnly ? KEL_CASE : KEL_DATA;
+    std::vector<KelMeshKey> keys;
+    model.open(dataClass);
+    for (const MeshName& mesh : model.chosenMeshes(dataClass))
+        keys.push_back({mesh.mesh, mesh.target, mesh.partition});
+    model.close();
+    return keys;
+}
+
 void runTrace(const Options& options, Session& session)
 {
-    Model model(options.file, options.format);
+    Model model(options.file, options.format, options.mesh);
     TraceWriter writer;
     session.library.speak();
+    const EscapedOutput escaped;
     KelTransfer transfer(model.reader(), writer);
+    if (options.mesh.isGiven())
+        transfer.setMeshes(chosenMeshes(options, model));
     transfer.setProgress([](const KelTransferProgress&) { return !wasInterrupted() && std::cout.good(); });
     if (!options.dataOnly && model.has(KEL_CASE) && !trace(model, transfer, KEL_CASE))
         return;
@@ -77,7 +86,8 @@ void addTraceCommand(CLI::App& tool, Session& session)
     command->add_option("FILE", options->file, "Model to show")->required();
     command->add_flag("--case-only", options->caseOnly, "Leave the data out");
     command->add_flag("--data-only", options->dataOnly, "Leave the case out")->excludes("--case-only");
-    addInputFormatOption(*command, options->format);
+    addMeshOptions(*command, options->mesh);
+    addInputOptions(*command, options->format);
     command->callback([options, &session] { runTrace(*options, session); });
 }
 

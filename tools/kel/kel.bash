@@ -13,9 +13,13 @@ _kel() {
     local command=${COMP_WORDS[1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        words="$(kel --help 2>/dev/null | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p') --help --version"
+        words="$(kel --help 2>/dev/null | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p') help --help --version"
     elif [ "$command" != map ] && { [ "$previous" = --to ] || [ "$previous" = --from ]; }; then
         words=$(_kel_formats)
+    elif [ "$command" = help ]; then
+        words="$(kel --help 2>/dev/null | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')"
+    elif [ "$previous" = --target ]; then
+        words="default solver partitioned-post post"
     elif [ "$previous" = --precision ]; then
         words="single double"
     elif [ "$previous" = --compress ]; then

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 
 namespace meridyn {
 namespace {
@@ -128,6 +130,108 @@ TEST(Registry, ProbesInOrderAndOverWritersWithoutProbe)
     EXPECT_EQ(registry.probe("nothing"), nullptr);
 }
 
+// ---- what a name stands for
+
+namespace {
+
+/// A format whose models are files of its suffix, named with it or without; the content is the format's name.
+KelFormat suffixedFormat(const std::string& name)
+{
+    KelFormat format = formatOf(name, {"." + name});
+    const auto fileOf = [name](const std::string& path) {
+        const std::string suffix = "." + name;
+        return path.size() > suffix.size() && path.substr(path.size() - suffix.size()) == suffix ? path : path + suffix;
+    };
+    format.files = [fileOf](const std::string& path, bool) {
+        return KelFormatFiles{std::filesystem::exists(fileOf(path)) ? fileOf(path) : "", ""};
+    };
+    format.probe = [fileOf, name](const std::string& path) {
+        std::string content;
+        std::ifstream(fileOf(path)) >> content;
+        return content == name;
+    };
+    return format;
+}
+
+/// A format whose models are folders with a file "mesh"; whatever lies in the folder leads to it.
+KelFormat folderFormat()
+{
+    KelFormat format = formatOf("folder");
+    const auto folderOf = [](std::filesystem::path path) {
+        while (!path.empty() && !std::filesystem::exists(path / "mesh"))
+            path = path.has_relative_path() ? path.parent_path() : "";
+        return path.string();
+    };
+    format.files = [folderOf](const std::string& path, bool) { return KelFormatFiles{folderOf(path), ""}; };
+    format.probe = [folderOf](const std::string& path) {
+        return std::filesystem::exists(path) && !folderOf(path).empty();
+    };
+    return format;
+}
+
+std::vector<std::string> candidatesOf(const KelFormatRegistry& registry, const std::string& path)
+{
+    std::vector<std::string> names;
+    for (const KelFormat* format : registry.candidates(path))
+        names.push_back(format->name);
+    return names;
+}
+
+} // namespace
+
+class Names : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        registry.add(suffixedFormat("one"));
+        registry.add(suffixedFormat("two"));
+        registry.add(folderFormat());
+        KelFormat text = formatOf("text");
+        text.prefix = "text:";
+        registry.add(text);
+        std::filesystem::create_directories(folder / "cavity/deep");
+    }
+
+    void write(const std::string& name, const std::string& content) const { std::ofstream(folder / name) << content; }
+
+    const TemporaryFolder folder;
+    KelFormatRegistry registry;
+};
+
+TEST_F(Names, OfAFolderMeanTheFolderThoughAFileSharesIt)
+{
+    write("cavity.one", "one");
+    EXPECT_THAT(candidatesOf(registry, folder / "cavity"), ElementsAre("one")) << "a folder that is no model";
+    write("cavity/mesh", "");
+    EXPECT_THAT(candidatesOf(registry, folder / "cavity"), ElementsAre("folder"));
+    EXPECT_THAT(candidatesOf(registry, folder / "cavity/"), ElementsAre("folder"));
+    EXPECT_THAT(candidatesOf(registry, folder / "cavity/deep"), ElementsAre("folder"));
+    EXPECT_THAT(candidatesOf(registry, folder / "cavity.one"), ElementsAre("one"));
+}
+
+TEST_F(Names, ThatCouldBeTwoThingsGiveBoth)
+{
+    write("cube.one", "one");
+    EXPECT_THAT(candidatesOf(registry, folder / "cube"), ElementsAre("one"));
+    write("cube.two", "two");
+    EXPECT_THAT(candidatesOf(registry, folder / "cube"), ElementsAre("one", "two"));
+    EXPECT_THAT(candidatesOf(registry, folder / "cube.two"), ElementsAre("two"));
+    EXPECT_THAT(candidatesOf(registry, folder / "none"), ElementsAre());
+}
+
+TEST_F(Names, WithAPrefixAreNoFilesUnlessThereIsOne)
+{
+    EXPECT_THAT(candidatesOf(registry, "text:a"), ElementsAre("text"));
+    KelFormatRegistry greedy;
+    KelFormat text = formatOf("text");
+    text.prefix = folder / "cu";
+    greedy.add(text);
+    greedy.add(suffixedFormat("one"));
+    write("cube.one", "one");
+    EXPECT_THAT(candidatesOf(greedy, folder / "cube"), ElementsAre("text"));
+    EXPECT_THAT(candidatesOf(greedy, folder / "cube.one"), ElementsAre("one")) << "what is there comes first";
+}
+
 TEST(Registry, TheLongestSuffixOrPrefixWrites)
 {
     KelFormatRegistry registry;
@@ -217,7 +321,7 @@ TEST(Plugin, IsLoadedOnceAndWorks)
     EXPECT_NE(points->makeReader(), nullptr);
     EXPECT_EQ(registry.forWriting("x.points"), points);
     EXPECT_FALSE(registry.loadPlugin(plugins + "/plugin_good.so", problem));
-    EXPECT_EQ(problem, plugins + "/plugin_good.so: its format 'points' is incomplete, or the name is taken");
+    EXPECT_EQ(problem, plugins + "/plugin_good.so: its format 'points' has the name of one that is there already");
     EXPECT_EQ(registry.formats().size(), 1U);
     EXPECT_NE(registry.find("points")->makeWriter(), nullptr); // still loaded
 }
@@ -233,7 +337,7 @@ TEST(Plugin, BadOnesAreRefusedWithTheReason)
         {plugins + "/plugin_version.so", ": made for plug-in version 2400, expected 2502"},
         {plugins + "/plugin_symbol.so", ": no format plug-in: it exports no kelFormatPlugin"},
         {plugins + "/plugin_nothing.so", ": its kelFormatPlugin gives nothing"},
-        {plugins + "/plugin_incomplete.so", ": its format 'useless' is incomplete, or the name is taken"},
+        {plugins + "/plugin_incomplete.so", ": its format 'useless' has neither a reader nor a writer"},
         {plugins + "/plugin_throws.so", ": its kelFormatPlugin fails: an exception, no licence"},
         {plugins + "/plugin_throws_number.so", ": its kelFormatPlugin fails: something was thrown"},
         {text, ": not loaded: "},
@@ -278,7 +382,7 @@ TEST(PluginFolders, AreSearchedOnFirstUse)
     EXPECT_THAT(printedWith("::" + other.path() + ":" + folder.path()),
                 StartsWith(ours + "points\nproblem: " + (folder / "a.so")));
     EXPECT_THAT(printedWith(other.path() + ":" + folder.path()),
-                HasSubstr((folder / "b.so") + ": its format 'points' is incomplete, or the name is taken\n"));
+                HasSubstr((folder / "b.so") + ": its format 'points' has the name of one that is there already\n"));
 }
 
 TEST(PluginFolders, ThatAreNotThereAreReported)

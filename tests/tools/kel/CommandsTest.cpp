@@ -1,17 +1,29 @@
 // Every command as a tool: arguments in, text and exit code out.
+#include "KelHdf5Consumer.h"
+#include "KelLocationModel.h"
+#include "Tool.h"
 #include "ToolRunner.h"
 
 #include <algorithm>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
+using namespace meridyn;
 using namespace meridyn::tool;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
 using Arguments = std::vector<std::string>;
+
+static void declareZone(KelConsumer& writer, KelZoneCategory category, int zone, const char* name)
+{
+    writer.setZoneIds(category, {zone});
+    writer.setZoneStringInfo(zone, KEL_ZONE_STRING_0, name);
+}
 
 static std::size_t linesOf(const std::string& text)
 {
@@ -61,10 +73,14 @@ TEST_P(Help, AgreesWithTheManPageAndTheDocument)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, Help,
-                         ::testing::Values("info", "convert", "check", "diff", "trace", "settings", "map", "locate",
-                                           "formats", "conform"),
-                         [](const auto& command) { return std::string(command.param); });
+INSTANTIATE_TEST_SUITE_P(Commands, Help, ::testing::ValuesIn(commandNames()),
+                         [](const auto& command) { return command.param; });
+
+TEST(Tool, KnowsItsCommands)
+{
+    EXPECT_EQ(commandNames(), (Arguments{"info", "convert", "check", "diff", "trace", "settings", "map", "locate",
+                                         "formats", "conform"}));
+}
 
 TEST(Tool, ListsItsCommandsAndExitCodes)
 {
@@ -78,9 +94,28 @@ TEST(Tool, ListsItsCommandsAndExitCodes)
 
 TEST(Tool, TellsItsVersion)
 {
-    const Ran ran = runKel({"--version"});
+    for (const char* option : {"--version", "-V"}) {
+        const Ran ran = runKel({option});
+        EXPECT_EQ(ran.code, 0);
+        EXPECT_EQ(ran.out, "kel 25.1.0\n");
+    }
+}
+
+TEST(Tool, HelpIsACommandAsWell)
+{
+    EXPECT_EQ(runKel({"help"}).out, runKel({"--help"}).out);
+    const Ran ran = runKel({"help", "info"});
     EXPECT_EQ(ran.code, 0);
-    EXPECT_EQ(ran.out, "kel 25.1.0\n");
+    EXPECT_EQ(ran.out, runKel({"info", "--help"}).out);
+    EXPECT_EQ(runKel({"help", "info", "more"}).out, ran.out);
+}
+
+TEST(Tool, TellsShortlyOfNumbersThatAreLong)
+{
+    const Ran ran = runKel({"diff", "--atol", std::string(310, '9'), "a", "b"});
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_EQ(ran.err, "kel: --atol: expected a number from 0 up, found '" + std::string(40, '9') +
+                           "...'; see 'kel diff --help'\n");
 }
 
 // ---- what cannot be done ------------------------------------------------------------------------------------------
@@ -106,7 +141,7 @@ const Impossible impossibles[] = {
     {"MissingFile",       {"info", "@/none.kel"},                          "kel: @/none.kel: no such file\n"},
     {"UnknownFile",       {"info", "@/text"},                              "kel: @/text: no format recognises it; 'kel formats' lists those that can be read\n"},
     {"Folder",            {"check", "@"},                                  "kel: @: no format recognises it; 'kel formats' lists those that can be read\n"},
-    {"SlipInABox",        {"check", "box:3x"},                             "kel: box:3x: generated mesh 'box:3x': 'box:3x': expected three numbers from 1, like 'box:4x4x4', of at most 2^44 blocks\n"},
+    {"SlipInABox",        {"check", "box:3x"},                             "kel: box:3x: expected three numbers from 1, like 'box:4x4x4', of at most 2^44 blocks\n"},
     {"DamagedFile",       {"info", "@/cut.thin"},                          "kel: @/cut.thin: 'ok' expected, found 'o'\n"},
     {"DamagedToCheck",    {"check", "@/cut.thin"},                         "kel: @/cut.thin: 'ok' expected, found 'o'\n"},
     {"DamagedToDiff",     {"diff", "@/cut.thin", "@/cut.thin"},            "kel: @/cut.thin, @/cut.thin: cut.thin: 'ok' expected, found 'o'\n"},
@@ -123,10 +158,24 @@ const Impossible impossibles[] = {
     {"TargetIsSource",    {"convert", "--force", "@/good.thin", "@/good.thin"},   "kel: @/good.thin: is read and cannot be written at the same time\n"},
     {"NoDataToWrite",     {"convert", "--data-only", "@/good.thin", "@/o.thin"},  "kel: @/good.thin: has no data\n"},
     {"NoPlaceForData",    {"convert", "box:1x1x1", "@/o.thin"},            "kel: @/o.thin: the format 'thin' has no file for the data\n"},
-    {"NoFolderForTarget", {"convert", "box:1x1x1", "--case-only", "@/none/o.thin"}, "kel: @/none/o.thin: the writer could not open the target\n"},
-    {"NoTimeLevel",       {"convert", "box:1x1x1 levels:2", "--time", "3", "--to", "memory", "memory:a"}, "kel: box:1x1x1 levels:2: the source has no time level 3\n"},
-    {"NoLevelInRange",    {"convert", "box:1x1x1 levels:2", "--time", "3-9", "--to", "memory", "memory:a"}, "kel: box:1x1x1 levels:2: has no time level of 3-9\n"},
-    {"LevelsThatAreNone", {"convert", "box:1x1x1", "--time", "soon", "--to", "memory", "memory:a"}, "kel: 'soon' is no list of time levels; an example is 1,5-8,last\n"},
+    {"NoFolderForTarget", {"convert", "box:1x1x1", "--case-only", "@/none/o.thin"}, "kel: @/none/o.thin: cannot be written: @/none: No such file or directory\n"},
+    {"NoTimeLevel",       {"convert", "box:1x1x1 levels:2", "--time", "3", "@/o.case.kel"}, "kel: box:1x1x1 levels:2: has no time level '3'; those that it has: 1 (0.1 s), 2 (0.2 s)\n"},
+    {"NoLevelInRange",    {"convert", "box:1x1x1 levels:2", "--time", "3-9", "@/o.case.kel"}, "kel: box:1x1x1 levels:2: has no time level '3-9'; those that it has: 1 (0.1 s), 2 (0.2 s)\n"},
+    {"NoSuchTime",        {"info", "box:1x1x1 levels:2", "--time", "0.3s"}, "kel: box:1x1x1 levels:2: has no time level '0.3s'; those that it has: 1 (0.1 s), 2 (0.2 s)\n"},
+    {"SeveralTimes",      {"info", "box:1x1x1 levels:2", "--time", "1-2"}, "kel: --time: '1-2' names several time levels, one can be shown\n"},
+    {"LevelsThatAreNone", {"convert", "box:1x1x1", "--time", "soon", "@/o.case.kel"}, "kel: 'soon' is no list of time levels; an example is 1,5-8,0.5s,last\n"},
+    {"TimeWithoutData",   {"convert", "box:1x1x1", "--case-only", "--time", "1", "@/o.case.kel"}, "kel: box:1x1x1: --time: there are no data to be copied\n"},
+    {"IntoMemory",        {"convert", "box:1x1x1", "memory:z"},            "kel: memory:z: a model in memory ends with the process; name a file\n"},
+    {"IntoMemoryByName",  {"convert", "box:1x1x1", "--to", "memory", "memory:z"}, "kel: memory:z: a model in memory ends with the process; name a file\n"},
+    {"IntoADevice",       {"convert", "--force", "--case-only", "--to", "thin", "box:1x1x1", "/dev/full"}, "kel: /dev/full: is a device, only a regular file can be replaced\n"},
+    {"IntoAFolder",       {"convert", "--force", "--case-only", "--to", "thin", "box:1x1x1", "@"}, "kel: @: is a folder, only a regular file can be replaced\n"},
+    {"HugeTolerance",     {"diff", "--rtol", "1e999", "a", "b"},           "kel: --rtol: expected a number from 0 up, found '1e999'; see 'kel diff --help'\n"},
+    {"MeshZero",          {"info", "--mesh", "0", "box:1x1x1"},            "kel: --mesh: '0' is no mesh: ids begin with 1; see 'kel info --help'\n"},
+    {"NoSuchMesh",        {"info", "--mesh", "2", "box:1x1x1"},            "kel: box:1x1x1: has no such mesh; it has mesh 1, target default\n"},
+    {"Mistyped",          {"inof", "x"},                                   "kel: no command is called 'inof'; did you mean 'info'?; see 'kel --help'\n"},
+    {"CutShort",          {"conv", "x"},                                   "kel: no command is called 'conv'; did you mean 'convert'?; see 'kel --help'\n"},
+    {"HelpOfNothing",     {"help", "diffs"},                               "kel: no command is called 'diffs'; did you mean 'diff'?; see 'kel --help'\n"},
+    {"NoSuchPlugin",      {"check", "--plugin", "@/none.so", "box:1x1x1"}, "kel: @/none.so: not loaded: @/none.so: cannot open shared object file: No such file or directory\n"},
     {"BothHalvesOnly",    {"convert", "--case-only", "--data-only", "a", "b"}, "kel: --case-only excludes --data-only; see 'kel convert --help'\n"},
     {"NoMappingFolder",   {"map"},                                         "kel: no folder of mapping files: set KEL_VARIABLE_CONFIG_DIR\n"},
     {"NameWithoutTarget", {"map", "T", "--from", "A"},                     "kel: NAME requires --to; see 'kel map --help'\n"},
@@ -220,7 +269,7 @@ const JsonRow jsonRows[] = {
     {"Check",    {"check", "--json", "box:3x3x3 cells:tet"},                           0, "\"tetrahedra\": 162"},
     {"Equal",    {"diff", "--json", "box:2x2x2", "box:2x2x2"},                         0, "\"equal\": true"},
     {"Differs",  {"diff", "--json", "box:2x2x2", "box:2x2x3"},                         1, "\"equal\": false"},
-    {"Convert",  {"convert", "--json", "box:2x2x2", "--to", "memory", "memory:a"},     0, "\"losses\": []"},
+    {"List",     {"conform", "--json", "--list", "memory"},                            0, "\"format\": \"memory\""},
     {"Formats",  {"formats", "--json"},                                                0, "\"name\": \"generated\""},
     {"Locate",   {"locate", "--json", "box:2x2x2", "z-min, box"},                      0, "\"entry\": \"z-min\""},
     {"Nowhere",  {"locate", "--json", "box:2x2x2", "attic"},                           1, "\"cellZones\": []"},
@@ -253,10 +302,43 @@ TEST(Info, ShowsSizesZonesSolutionAndLocations)
     for (const char* line :
          {"  format       generated", "  mesh         1, 3 dimensions, in m\n", "  nodes        1,331\n",
           "  cells        1,000\n", "   2  faces  interior  interior  2,700      1  2,700\n",
-          "  phase        1 'phase-1'\n", "  time levels  1, 2, 3\n", "  phase-1  field-1   cells       1      1\n",
+          "  phase        1 'phase-1'\n", "  time levels  1 (0.1 s), 2 (0.2 s), 3 (0.3 s)\n",
+          "  values       of time level 3 (0.3 s)\n", "  phase-1  field-1   cells       1      1\n",
           "  part box: 1 body, 6 faces, 0 composites\n"})
         EXPECT_THAT(ran.out, HasSubstr(line));
     EXPECT_THAT(ran.out, Not(HasSubstr("smallest")));
+}
+
+TEST(Info, ShowsTheTimeLevelThatIsAskedFor)
+{
+    const auto smallest = [](const Arguments& more) {
+        Arguments arguments = {"info", "--json", "--stats", "box:1x1x1 fields:1 levels:3"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const nlohmann::json json = nlohmann::json::parse(runKel(arguments).out);
+        return std::pair(json["timeLevel"].get<int>(), json["variables"][0]["smallest"].get<double>());
+    };
+    const auto [last, atLast] = smallest({});
+    const auto [first, atFirst] = smallest({"--time", "1"});
+    EXPECT_EQ(last, 3);
+    EXPECT_EQ(first, 1);
+    EXPECT_NEAR(atLast - atFirst, 0.02, 1e-12) << "0.01 for each level";
+    EXPECT_EQ(smallest({"--time", "0.2s"}).first, 2);
+}
+
+TEST(Info, TellsTheTimesInJson)
+{
+    const nlohmann::json json = nlohmann::json::parse(runKel({"info", "--json", "box:1x1x1 fields:1 levels:2"}).out);
+    EXPECT_EQ(json["times"], (nlohmann::json{0.1, 0.2}));
+    EXPECT_EQ(json["variables"][0]["timeLevel"], 2);
+    const nlohmann::json steady = nlohmann::json::parse(runKel({"info", "--json", "box:1x1x1 fields:1"}).out);
+    EXPECT_EQ(steady["times"], (nlohmann::json{nullptr}));
+}
+
+TEST(Info, ShowsAttributesOnDemand)
+{
+    const Ran ran = runKel({"info", "--attributes", "box:1x1x1 fields:1"});
+    EXPECT_THAT(ran.out, HasSubstr("\nAttributes\n  'field-1' of phase 'phase-1'\n    Long Name: Field 1\n"));
+    EXPECT_THAT(runKel({"info", "box:1x1x1 fields:1"}).out, Not(HasSubstr("Attributes")));
 }
 
 TEST(Info, ShowsRangesOnDemand)
@@ -269,7 +351,7 @@ TEST(Info, ShowsRangesOnDemand)
 TEST(Info, CutsLongListsOfTimeLevels)
 {
     EXPECT_THAT(runKel({"info", "box:1x1x1 fields:1 levels:12"}).out,
-                HasSubstr("  time levels  1, 2, 3, 4, 5, 6, 7, 8, 9, 10 ... 12\n"));
+                HasSubstr(", 8 (0.8 s), 9 (0.9 s), 10 (1 s) ... 12 (1.2 s)\n"));
 }
 
 // ---- check --------------------------------------------------------------------------------------------------------
@@ -303,7 +385,10 @@ TEST(Convert, IsNoWhenStrictAndLossy)
     const TemporaryFolder folder;
     EXPECT_EQ(runKel({"convert", "--strict", "--case-only", "box:2x2x2", folder / "o.thin"}).code, 1);
     EXPECT_EQ(folder.names(), Arguments{"o.thin"}) << "lossy, but written";
-    EXPECT_EQ(runKel({"convert", "--strict", "box:2x2x2 fields:1", "--to", "memory", "memory:a"}).code, 0);
+    const Ran ran = runKel({"convert", "--strict", "--json", "box:2x2x2 fields:1", folder / "o.case.kel"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_TRUE(isJson(ran.out));
+    EXPECT_THAT(ran.out, HasSubstr("\"losses\": []"));
 }
 
 TEST(Convert, ReplacesOnlyWhenForced)
@@ -363,6 +448,13 @@ TEST(Trace, IsThatOfTheBareWriter)
     EXPECT_THAT(runKel({"trace", "--data-only", "box:1x1x1"}).out, Not(HasSubstr("coordinates")));
 }
 
+TEST(Trace, ShowsTheTimeLevels)
+{
+    const std::string out = runKel({"trace", "--data-only", "box:1x1x1 fields:1 levels:2"}).out;
+    EXPECT_THAT(out, HasSubstr("  Time-level = 1\n\n  Phase-id = 1\n\n"));
+    EXPECT_THAT(out, HasSubstr("  Time-level = 2\n\n  Phase-id = 1\n\n"));
+}
+
 // ---- locate -------------------------------------------------------------------------------------------------------
 
 TEST(Locate, GivesZonesAndExplainsThem)
@@ -372,6 +464,47 @@ TEST(Locate, GivesZonesAndExplainsThem)
     EXPECT_EQ(ran.out, "face zone 7 'z-min', near side\nface zone 8 'z-max', near side\n");
     EXPECT_EQ(runKel({"locate", "--explain", "box:2x2x2", "x-min, attic"}).out,
               "x-min\n  is face box/x-min\nattic\n  names nothing\nface zone 3 'x-min', near side\n");
+}
+
+TEST(Locate, TakesNamesOfZonesInAModelWithoutLocations)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder / "plain.case.kel";
+    {
+        KelHdf5Consumer writer;
+        writer.setMeshSize(KEL_MESH_DIMENSION, 3);
+        declareZone(writer, KEL_NODE_ZONE, 1, "points");
+        declareZone(writer, KEL_FACE_ZONE, 2, "wall");
+        declareZone(writer, KEL_CELL_ZONE, 3, "wall");
+        ASSERT_TRUE(writer.startWriting(file, KEL_CASE) && writer.endWriting(KEL_CASE));
+    }
+    const Ran ran = runKel({"locate", file, "points , wall"});
+    EXPECT_EQ(ran.code, 0) << ran.err;
+    EXPECT_EQ(ran.out, "node zone 1 'points'\nface zone 2 'wall'\ncell zone 3 'wall'\n");
+    const Ran none = runKel({"locate", file, "inlet"});
+    EXPECT_EQ(none.code, 1);
+    EXPECT_EQ(none.err, "kel: " + file + ": has no locations, and no zone is called 'inlet'\n");
+    EXPECT_EQ(nlohmann::json::parse(runKel({"locate", "--json", file, "wall"}).out)["zones"], (nlohmann::json{2, 3}));
+}
+
+TEST(Locate, NamesTheKindThatAZoneHas)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder / "odd.case.kel";
+    {
+        KelHdf5Consumer writer;
+        writer.setMeshSize(KEL_MESH_DIMENSION, 3);
+        declareZone(writer, KEL_FACE_ZONE, 2, "wall");
+        KelLocationModel locations;
+        int part = 0, body = 0;
+        locations.createPart(3, "part", part);
+        locations.createBody(part, "body", body);
+        locations.setBodyZones(body, 0, {2, 9});
+        ASSERT_TRUE(writer.startWriting(file, KEL_CASE));
+        writer.setLocationModel(&locations);
+        ASSERT_TRUE(writer.endWriting(KEL_CASE));
+    }
+    EXPECT_EQ(runKel({"locate", file, "body"}).out, "face zone 2 'wall'\nzone 9, which the mesh does not have\n");
 }
 
 TEST(Locate, IsNoWhereNothingLies)
@@ -507,6 +640,48 @@ TEST(Map, CheckFindsHeadersWithoutTheNameOfTheTarget)
     EXPECT_EQ(ran.code, 1);
     EXPECT_THAT(ran.out, HasSubstr("a-b.xml: no attribute holds the names in B: the header lacks 'Attribute Name Of "
                                    "Mapped Key'\n"));
+}
+
+TEST(Map, CheckReportsFilesThatAreNoMappingFiles)
+{
+    const TemporaryFolder folder;
+    folder.file("a-b.xml", mapping("A", "B", variable("p", "pressure")));
+    folder.file("1-cut.xml", "<mapping><contents>");
+    folder.file("2-other.xml", "<settings/>");
+    folder.file("3-source.xml", "<mapping><attribute key=\"Target\" value=\"B\"/><contents/></mapping>");
+    folder.file("4-target.xml", "<mapping><attribute key=\"Source\" value=\"B\"/><contents/></mapping>");
+    folder.file("notes.txt", "not looked at");
+    const Ran ran = runKel({"map", "--check"}, mappingFolder(folder));
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_THAT(ran.out, StartsWith(folder / "1-cut.xml: is no mapping file: "));
+    EXPECT_THAT(
+        ran.out,
+        EndsWith(folder / "2-other.xml: is no mapping file: its root element is 'settings', 'mapping' expected\n" +
+                 (folder / "3-source.xml: is not used: its header has no 'Source'\n") +
+                 (folder / "4-target.xml: is not used: its header has no 'Target'\n") +
+                 "1 mapping file, 4 problems\n"));
+}
+
+TEST(Map, IsNoForAFolderThatDoesNotExist)
+{
+    const TemporaryFolder folder;
+    for (const Arguments& arguments :
+         {Arguments{"map"}, Arguments{"map", "--check"}, Arguments{"map", "p", "--from", "A", "--to", "B"}}) {
+        const Ran ran = runKel(arguments, {{"KEL_VARIABLE_CONFIG_DIR", folder / "none"}});
+        EXPECT_EQ(ran.code, 1);
+        EXPECT_EQ(ran.out, "");
+        EXPECT_EQ(ran.err, "kel: " + (folder / "none: No such file or directory\n"));
+    }
+}
+
+TEST(Map, IsNoForANameThatNoFileTranslates)
+{
+    const TemporaryFolder folder;
+    folder.file("a-b.xml", mapping("A", "B", variable("u", "") + variable("same", "same")));
+    const Ran none = runKel({"map", "u", "--from", "A", "--to", "B"}, mappingFolder(folder));
+    EXPECT_EQ(none.code, 1);
+    EXPECT_EQ(none.err, "kel: 'u' of A has no name in B\n");
+    EXPECT_EQ(runKel({"map", "same", "--from", "A", "--to", "B"}, mappingFolder(folder)).code, 0);
 }
 
 TEST(Map, FindsTheFolderOfTheInstallation)

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <thread>
 
 using namespace meridyn::tool;
@@ -85,7 +86,7 @@ TEST_F(BoxInFiles, IsFoundByEitherFileAndByTheirName)
         const Ran ran = kel({"info", name});
         EXPECT_EQ(ran.code, 0) << name;
         EXPECT_THAT(ran.out, HasSubstr("  cells        120\n")) << name;
-        EXPECT_THAT(ran.out, HasSubstr("  time levels  1, 2, 3\n")) << name;
+        EXPECT_THAT(ran.out, HasSubstr("  time levels  1 (0.1 s), 2 (0.2 s), 3 (0.3 s)\n")) << name;
     }
 }
 
@@ -113,11 +114,41 @@ TEST_F(BoxInFiles, CaseAndDataConvertAlone)
 TEST_F(BoxInFiles, TimeLevelsAreChosen)
 {
     EXPECT_EQ(kel({"convert", "--time", "1,last", "@box", "@some.case.kel"}).code, 0);
-    EXPECT_THAT(kel({"info", "@some"}).out, HasSubstr("  time levels  1, 3\n"));
+    EXPECT_THAT(kel({"info", "@some"}).out, HasSubstr("  time levels  1 (0.1 s), 3 (0.3 s)\n"));
     const Ran ran = kel({"convert", "--time", "4", "@box", "@none.case.kel"});
     EXPECT_EQ(ran.code, 2);
-    EXPECT_THAT(ran.err, EndsWith("the source has no time level 4\n"));
+    EXPECT_THAT(ran.err, EndsWith("has no time level '4'; those that it has: 1 (0.1 s), 2 (0.2 s), 3 (0.3 s)\n"));
     EXPECT_FALSE(std::filesystem::exists(_folder / "none.data.kel"));
+    EXPECT_FALSE(std::filesystem::exists(_folder / "none.case.kel"))
+        << "nothing is written before all options are right";
+    EXPECT_EQ(kel({"convert", "--time", "0.2s", "@box", "@two.case.kel"}).code, 0);
+    EXPECT_THAT(kel({"info", "@two"}).out, HasSubstr("  time levels  2 (0.2 s)\n"));
+}
+
+TEST_F(BoxInFiles, ARestartThatWentBackIsJoined)
+{
+    ASSERT_EQ(kel({"convert", "box:6x5x4 fields:2 levels:4 zones:2 size:9x9x9", "@again.case.kel"}).code, 0);
+    const auto largest = [&](const char* level) {
+        const Ran ran = kel({"info", "--json", "--stats", "--time", level, "@box"});
+        return nlohmann::json::parse(ran.out)["variables"][0]["largest"].get<double>();
+    };
+    const double first = largest("1"), second = largest("2");
+    const Ran ran = kel({"convert", "--from-level", "2", "@again.data.kel", "@box.data.kel"});
+    EXPECT_EQ(ran.code, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("dropped 2 time levels of it, from 2 on\n"));
+    EXPECT_THAT(kel({"info", "@box"}).out, HasSubstr("  time levels  1 (0.1 s), 2 (0.2 s), 3 (0.3 s), 4 (0.4 s)\n"));
+    EXPECT_EQ(largest("1"), first);
+    EXPECT_GT(largest("2"), second + 1.0) << "that of the larger box";
+    EXPECT_EQ(kel({"check", "@box"}).code, 0) << "the case is as it was";
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"convert", "--from-level", "9", "@again.data.kel", "@box.data.kel"},
+                                               {"convert", "--from-level", "x", "@again.data.kel", "@box.data.kel"},
+                                               {"convert", "--from-level", "1", "box:1x1x1 fields:1", "@box.data.kel"},
+                                               {"convert", "--from-level", "1", "@again.data.kel", "@none.data.kel"}}) {
+        const Ran refused = kel(arguments);
+        EXPECT_EQ(refused.code, 2) << refused.out;
+        EXPECT_EQ(largest("1"), first);
+    }
 }
 
 TEST_F(BoxInFiles, SinglePrecisionIsSmallerAndDiffers)

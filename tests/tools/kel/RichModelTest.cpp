@@ -12,6 +12,7 @@ using namespace meridyn;
 using namespace meridyn::tool;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 namespace {
@@ -43,6 +44,45 @@ TEST(RichModel, SurvivesTheTool)
     const Ran trace = runKel({"trace", folder / "rich"});
     EXPECT_EQ(trace.code, 0) << trace.err;
     EXPECT_THAT(trace.out, HasSubstr("\nData\n\n"));
+}
+
+TEST(RichModel, IsTracedWithSetsAndTracks)
+{
+    const TemporaryFolder folder;
+    writeRich(folder / "rich");
+    const Ran ran = runKel({"trace", folder / "rich"});
+    for (const char* piece : {"  Set = ", "  Set-data = ", "  Track-group = group\n\n", "  Track-chunk = 4 (",
+                              "  Track-variable = speed (", "  Case-section = "})
+        EXPECT_THAT(ran.out, HasSubstr(piece));
+}
+
+TEST(RichModel, NamesThatCouldSteerATerminalAreEscapedInATrace)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder / "odd.data.kel";
+    {
+        KelHdf5Consumer writer;
+        short phase = 0;
+        int variable = 0;
+        std::vector<int> zones = {1};
+        writer.setZoneIds(KEL_CELL_ZONE, {1});
+        writer.setZoneSizeInfo(1, KEL_ZONE_FIRST_ID, 1);
+        writer.setZoneSizeInfo(1, KEL_ZONE_LAST_ID, 1);
+        ASSERT_TRUE(writer.startWriting(file, KEL_DATA));
+        writer.addPhaseName("gas", phase);
+        writer.addPhaseVariable(phase, "p\x1b[2J\nq", variable);
+        writer.startWritingPhase(phase);
+        writer.setPhaseVariablesOfCategory(KEL_CELL_ZONE, std::vector<int>{variable});
+        const double value = 1.0;
+        writer.startWritingPhaseVariableInZonesOfCategory(KEL_CELL_ZONE, variable, zones, 1);
+        writer.setValuesOfPhaseVariableForElementsInRange(1, 1, &value, 1);
+        writer.endWritingPhaseVariableInZonesOfCategory();
+        ASSERT_TRUE(writer.endWriting(KEL_DATA));
+    }
+    const Ran ran = runKel({"trace", file});
+    EXPECT_EQ(ran.code, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("p\\x1b[2J\\x0aq"));
+    EXPECT_THAT(ran.out, Not(HasSubstr("\x1b")));
 }
 
 TEST(RichModel, WithADamagedArrayIsNotTakenForWhole)
@@ -96,6 +136,18 @@ TEST(RichModel, LosesWhatAFormatDoesNotCarry)
     for (const char* family : {"edges", "interface data", "child faces", "child cells", "case sections", "local ids",
                                "sets", "settings", "log", "locations"})
         EXPECT_THAT(ran.out, HasSubstr(std::string("\"family\": \"") + family + "\"")) << family;
+}
+
+TEST(RichModel, ReportsWhatDoesNotFitIntoSinglePrecision)
+{
+    const TemporaryFolder folder;
+    writeRich(folder / "large", nullptr, [](RichWriter& writer) { writer.addMixtureValue(1e300); });
+    const Ran large = runKel({"convert", "--strict", "--precision", "single", folder / "large", folder / "a.case.kel"});
+    EXPECT_EQ(large.code, 1) << large.out << large.err;
+    EXPECT_THAT(large.out, HasSubstr("inf"));
+    writeRich(folder / "small", nullptr, [](RichWriter& writer) { writer.addMixtureValue(0.1); });
+    const Ran small = runKel({"convert", "--strict", "--precision", "single", folder / "small", folder / "b.case.kel"});
+    EXPECT_EQ(small.code, 0) << small.out << small.err;
 }
 
 TEST(RichModel, DiffersByOneValue)

@@ -119,7 +119,7 @@ TEST_F(SettingsOfAFile, KeepTheirTypesInJson)
           R"({"name":"steady","value":true,"unit":""})", R"({"name":"limit","value":0.5,"unit":"m"})",
           R"({"name":"steps","value":7,"unit":""})", R"({"name":"small","value":0.25,"unit":""})",
           R"({"name":"words","value":["a","b"],"unit":""})", R"({"name":"title","value":"two\nlines","unit":""})",
-          R"("groups":[{"name":"mesh/inner","values":[{"name":"size","value":2,"unit":""}],"groups":[]}])",
+          R"("groups":[{"name":"mesh/inner","values":[{"name":"size","value":2.0,"unit":""}],"groups":[]}])",
           R"({"class":"case","group":"other/group","key":"k","text":"v"})"})
         EXPECT_THAT(json, HasSubstr(piece));
 }

@@ -1,11 +1,11 @@
 // Texts that the tool makes: numbers, tables, JSON, the line of progress, lists of time levels.
-#include "Conversion.h"
 #include "Failure.h"
-#include "JsonWriter.h"
+#include "Json.h"
 #include "Model.h"
 #include "Numbers.h"
+#include "PathWords.h"
 #include "Progress.h"
-#include "ToolRunner.h"
+#include "TimeLevels.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -69,37 +69,23 @@ TEST(Printable, KeepsTextAndDisarmsTheRest)
               2U);
 }
 
-TEST(Json, WritesNestedListsAndObjects)
+TEST(Json, KeepsTheOrderOfMembers)
 {
-    JsonWriter json;
-    json.beginObject().member("a", 1).key("b").beginArray().value(true).null().endArray();
-    json.key("c").beginObject().endObject().member("d", std::vector<int>{1, 2}).endObject();
-    EXPECT_EQ(json.text(), "{\n  \"a\": 1,\n  \"b\": [\n    true,\n    null\n  ],\n  \"c\": {},\n"
-                           "  \"d\": [\n    1,\n    2\n  ]\n}\n");
-    EXPECT_TRUE(isJson(json.text()));
+    const Json json = {{"b", 1}, {"a", {true, nullptr}}, {"c", Json::object()}, {"d", std::vector<int>{1, 2}}};
+    EXPECT_EQ(documentText(json), "{\n  \"b\": 1,\n  \"a\": [\n    true,\n    null\n  ],\n  \"c\": {},\n"
+                                  "  \"d\": [\n    1,\n    2\n  ]\n}\n");
 }
 
 TEST(Json, EscapesStrings)
 {
-    JsonWriter json;
-    json.value("\"\\\n\t\x01\x7f \xC3\xA4 \xFF");
-    EXPECT_EQ(json.text(), "\"\\\"\\\\\\n\\t\\u0001\\u007f \xC3\xA4 \xEF\xBF\xBD\"\n");
+    EXPECT_EQ(documentText("\"\\\n\t\x01 \xC3\xA4 \xFF"), "\"\\\"\\\\\\n\\t\\u0001 \xC3\xA4 \xEF\xBF\xBD\"\n");
 }
 
 TEST(Json, WritesNumbersThatReadBack)
 {
-    JsonWriter json;
-    json.beginArray().value(0.1).value(std::numeric_limits<unsigned64>::max()).value(-7).value(infinity);
-    json.value(std::numeric_limits<double>::quiet_NaN()).endArray();
-    EXPECT_EQ(json.text(), "[\n  0.1,\n  18446744073709551615,\n  -7,\n  \"inf\",\n  \"nan\"\n]\n");
-}
-
-TEST(JsonReader, TellsDocumentsFromOthers)
-{
-    for (const char* good : {"1", "[]", "{\"a\": [1, -2.5e3, \"\\u00e4\"]}", " null "})
-        EXPECT_TRUE(isJson(good)) << good;
-    for (const char* bad : {"", "[1,]", "{a: 1}", "1 2", "\"\n\"", "nan", "{\"a\" 1}", "[1"})
-        EXPECT_FALSE(isJson(bad)) << bad;
+    const Json json = {jsonNumber(0.1), std::numeric_limits<unsigned64>::max(), -7, jsonNumber(infinity),
+                       jsonNumber(std::numeric_limits<double>::quiet_NaN())};
+    EXPECT_EQ(documentText(json), "[\n  0.1,\n  18446744073709551615,\n  -7,\n  \"inf\",\n  \"nan\"\n]\n");
 }
 
 TEST(ProgressLine, HoldsTaskBarShareRateAndTime)
@@ -117,21 +103,70 @@ TEST(ProgressLine, FitsNarrowTerminals)
             << width;
 }
 
+static const std::vector<TimeLevel> knownLevels = {{1, 0.1}, {2, 0.30000000000000004}, {5, 0.5}, {9, std::nullopt}};
+
 TEST(TimeLevels, AreNumbersRangesAndTheLast)
 {
-    const std::vector<int> known = {1, 2, 5, 9};
-    EXPECT_EQ(chosenLevels("2", known), (std::vector<int>{2}));
-    EXPECT_EQ(chosenLevels("5,1,5", known), (std::vector<int>{1, 5}));
-    EXPECT_EQ(chosenLevels("2-8,last", known), (std::vector<int>{2, 5, 9}));
-    EXPECT_EQ(chosenLevels("0-2000000000", known), known) << "a range costs what is known";
-    EXPECT_EQ(chosenLevels("3", known), (std::vector<int>{3})) << "the transfer complains about it";
-    EXPECT_TRUE(chosenLevels("last", {}).empty());
+    EXPECT_EQ(chosenLevels("2", knownLevels), (std::vector<int>{2}));
+    EXPECT_EQ(chosenLevels("5,1,5", knownLevels), (std::vector<int>{1, 5}));
+    EXPECT_EQ(chosenLevels("2-8,last", knownLevels), (std::vector<int>{2, 5, 9}));
+    EXPECT_EQ(chosenLevels("0-2000000000", knownLevels), (std::vector<int>{1, 2, 5, 9})) << "costs what is known";
+}
+
+TEST(TimeLevels, AreTimesAndRangesOfTimes)
+{
+    EXPECT_EQ(chosenLevels("0.5s", knownLevels), (std::vector<int>{5}));
+    EXPECT_EQ(chosenLevels("0.3s,1", knownLevels), (std::vector<int>{1, 2})) << "to within a billionth";
+    EXPECT_EQ(chosenLevels("0.1s-0.3s", knownLevels), (std::vector<int>{1, 2}));
+    EXPECT_EQ(chosenLevels("-1s-1e-1s", knownLevels), (std::vector<int>{1})) << "signs are no dashes";
+    EXPECT_EQ(chosenLevels("0.10000000005s", {{1, 0.1}, {2, 0.10000000004}}), (std::vector<int>{2})) << "the nearest";
+}
+
+TEST(TimeLevels, ThatDoNotExistAreRefusedWithThoseThatDo)
+{
+    const auto complaintOf = [](const std::string& text, const std::vector<TimeLevel>& known) {
+        try {
+            chosenLevels(text, known);
+        } catch (const Failure& failure) {
+            return std::string(failure.what());
+        }
+        return std::string("none");
+    };
+    EXPECT_EQ(complaintOf("1,3", knownLevels),
+              "has no time level '3'; those that it has: 1 (0.1 s), 2 (0.30000000000000004 s), 5 (0.5 s), 9");
+    EXPECT_EQ(complaintOf("0.7s", {{4, 0.25}}), "has no time level '0.7s'; those that it has: 4 (0.25 s)");
+    EXPECT_EQ(complaintOf("6-8", {{4, 0.25}}), "has no time level '6-8'; those that it has: 4 (0.25 s)");
+    EXPECT_EQ(complaintOf("last", {}), "has no time level 'last'; those that it has: none");
 }
 
 TEST(TimeLevels, OtherTextsAreRefused)
 {
-    for (const char* text : {"", ",", "a", "1,", "-1", "1-", "1--2", "1.5", "99999999999", " 1", "last1"})
-        EXPECT_THROW(chosenLevels(text, {1, 2}), Failure) << text;
+    for (const char* text : {"", ",", "a", "1,", "-1", "1-", "1--2", "1.5", "99999999999", " 1", "last1", "s", "1 s",
+                             "nans", "infs", "1-2s", "1s-2", "0x1s"})
+        EXPECT_THROW(chosenLevels(text, knownLevels), BadLevels) << text;
+}
+
+TEST(PathWords, StandBeforeThePath)
+{
+    const struct {
+        const char* text;
+        const char* shown;
+    } rows[] = {
+        {"a.kel: is cut", "a.kel: is cut"},
+        {"a.kel: /meshes/mesh_2_target_0_partition_-1/faces/cell0 has 12 rows, 20 expected",
+         "a.kel: faces, cell 0 of mesh 2 (/meshes/mesh_2_target_0_partition_-1/faces/cell0) has 12 rows, 20 expected"},
+        {"/meshes/mesh_1_target_0_partition_-1/sets/probe%2F1/ids: x",
+         "set 'probe/1', ids of mesh 1 (/meshes/mesh_1_target_0_partition_-1/sets/probe%2F1/ids): x"},
+        {"/meshes/mesh_1_target_2_partition_3/levels/40/phases/gas/cells/p",
+         "time level '40', phase 'gas', cells, p of mesh 1 "
+         "(/meshes/mesh_1_target_2_partition_3/levels/40/phases/gas/cells/p)"},
+        {"/meshes/mesh_1_target_0_partition_-1 has no zones",
+         "mesh 1 (/meshes/mesh_1_target_0_partition_-1) has no zones"},
+        {"/meshes/mesh_1_target_0_partition_-1/sets/100%",
+         "set '100%' of mesh 1 (/meshes/mesh_1_target_0_partition_-1/sets/100%)"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(withWordsForPaths(row.text), row.shown);
 }
 
 TEST(AboutFile, NamesTheFileOnce)

@@ -1,11 +1,10 @@
 #include "ToolRunner.h"
 
 #include <array>
-#include <cctype>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <poll.h>
 #include <pty.h>
 #include <stdexcept>
@@ -134,90 +133,9 @@ Ran runKelInTerminal(const std::vector<std::string>& arguments, const Variables&
     return ran;
 }
 
-// ---- JSON ---------------------------------------------------------------------------------------------------------
-
-namespace {
-
-/// Reads JSON by its grammar and keeps nothing.
-class JsonReader {
-public:
-    explicit JsonReader(const std::string& text) : _at(text.c_str()), _end(_at + text.size()) {}
-
-    bool readDocument() { return value() && (skip(), _at == _end); }
-
-private:
-    void skip()
-    {
-        while (_at != _end && std::strchr(" \n\r\t", *_at) != nullptr)
-            ++_at;
-    }
-    bool take(char c)
-    {
-        skip();
-        return _at != _end && *_at == c && (++_at, true);
-    }
-    bool word(const char* text)
-    {
-        const std::size_t length = std::strlen(text);
-        return static_cast<std::size_t>(_end - _at) >= length && std::strncmp(_at, text, length) == 0 &&
-               (_at += length, true);
-    }
-    bool value()
-    {
-        skip();
-        if (_at == _end)
-            return false;
-        if (*_at == '"')
-            return string();
-        if (take('{'))
-            return list('}', [this] { return (skip(), string()) && take(':') && value(); });
-        if (take('['))
-            return list(']', [this] { return value(); });
-        return word("true") || word("false") || word("null") || number();
-    }
-    template <class Member>
-    bool list(char close, const Member& member)
-    {
-        if (take(close))
-            return true;
-        do
-            if (!member())
-                return false;
-        while (take(','));
-        return take(close);
-    }
-    bool string()
-    {
-        if (!take('"'))
-            return false;
-        for (; _at != _end && *_at != '"'; ++_at) {
-            if (static_cast<unsigned char>(*_at) < 0x20)
-                return false;
-            if (*_at == '\\' && (++_at == _end || std::strchr("\"\\/bfnrtu", *_at) == nullptr))
-                return false;
-        }
-        return take('"');
-    }
-    bool number()
-    {
-        char* end = nullptr;
-        if (*_at != '-' && std::isdigit(static_cast<unsigned char>(*_at)) == 0)
-            return false;
-        std::strtod(_at, &end);
-        const bool isOne = end != _at;
-        _at = end;
-        return isOne;
-    }
-
-    const char* _at;
-    const char* _end;
-};
-
-} // namespace
-
 bool isJson(const std::string& text)
 {
-    return JsonReader(text).readDocument();
+    return nlohmann::json::accept(text);
 }
 
 } // namespace meridyn::tool

@@ -16,12 +16,33 @@ OF_THE_WRITER = {("/settings/settings", "Solver"), ("/settings/settings", "Versi
                  ("/", "format_version")}
 
 
-def bytes_of(value):
-    if isinstance(value, bytes):
-        return value
-    if isinstance(value, str):
-        return value.encode("utf-8", "surrogateescape")
-    return numpy.asarray(value).tobytes()
+def text_of(name):
+    """A name as text; names that are not UTF-8 come as bytes."""
+    return name if isinstance(name, str) else name.decode("utf-8", "surrogateescape")
+
+
+def attributes_of(thing):
+    """Name, type, shape and bytes of each attribute, whatever its name and value hold."""
+    for index in range(h5py.h5a.get_num_attrs(thing.id)):
+        attribute = h5py.h5a.open(thing.id, index=index)
+        kind = attribute.get_type()
+        if attribute.shape is None:  # an empty text
+            yield text_of(attribute.name), ("nothing", kind.get_class(), b"")
+        elif kind.get_class() == h5py.h5t.STRING:
+            if kind.is_variable_str():
+                value = numpy.empty((), dtype=object)
+                attribute.read(value)
+                data = value[()] if isinstance(value[()], bytes) else str(value[()]).encode("utf-8", "surrogateescape")
+            else:
+                value = numpy.empty(attribute.shape, dtype=f"V{kind.get_size()}")
+                attribute.read(value, mtype=kind)
+                data = value.tobytes()
+            yield text_of(attribute.name), ("text", attribute.shape, data)
+        else:
+            value = numpy.empty(attribute.shape, dtype=attribute.dtype)
+            if value.size:
+                attribute.read(value)
+            yield text_of(attribute.name), (attribute.dtype.str, attribute.shape, value.tobytes())
 
 
 def items_of(path):
@@ -33,17 +54,13 @@ def items_of(path):
             items[name] = (thing.dtype.str, thing.shape, thing[()].tobytes() if thing.size else b"")
         else:
             items[name] = ("group",)
-        for key in thing.attrs:
-            if (name, key) in OF_THE_WRITER:
-                continue
-            attribute = h5py.h5a.open(thing.id, key.encode("utf-8", "surrogateescape"))
-            text = attribute.get_type().get_class() == h5py.h5t.STRING
-            value = thing.attrs[key]
-            items[f"{name}@{key}"] = ("text" if text else attribute.dtype.str, attribute.shape, bytes_of(value))
+        for key, content in attributes_of(thing):
+            if (name, key) not in OF_THE_WRITER:
+                items[f"{name}@{key}"] = content
 
     with h5py.File(path, "r") as file:
-        add("/", file)
-        file.visititems(lambda name, thing: add("/" + name, thing))
+        add("/", file["/"])
+        file.visititems(lambda name, thing: add("/" + text_of(name), thing))
     return items
 
 

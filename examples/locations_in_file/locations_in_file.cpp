@@ -40,11 +40,11 @@ bool write()
     const unsigned64 corners[] = {1, 3, 2, 1, 2, 4, 2, 3, 4, 1, 4, 3}; // four triangles that point out of the cell
     const unsigned64 cells[] = {1, 1, 1, 1};
     KelHdf5Consumer writer;
-    writer.setMeshSize(3, 4, 0, 4, 1); // dimension, nodes, edges, faces, cells
+    writer.setMeshSize(KEL_MESH_DIMENSION, 3);
     declareZone(writer, KEL_NODE_ZONE, 1, "points", 4);
     declareZone(writer, KEL_FACE_ZONE, 3, "surface", 4);
     declareZone(writer, KEL_CELL_ZONE, 2, "volume", 1);
-    writer.setFaceZoneInfo(3, KEL_FACE_ZONE_INFO_TYPE, KEL_FACE_ZONE_TYPE_WALL);
+    writer.setFaceZoneType(3, KEL_FACE_ZONE_TYPE_WALL);
     if (!writer.startWriting(fileName, KEL_CASE))
         return false;
     writer.setCoordinatesForNodesInZone(1, xyz, 12);

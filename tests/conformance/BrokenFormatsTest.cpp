@@ -3,7 +3,7 @@
 #include "KelMemoryConsumer.h"
 #include "KelMemoryProvider.h"
 
-#include "solution/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

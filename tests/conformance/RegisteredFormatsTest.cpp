@@ -3,7 +3,7 @@
 #include "KelFormatConformance.h"
 #include "KelFormatRegistry.h"
 
-#include "solution/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -45,10 +45,10 @@ void writeModel(Writer& writer, const std::string& caseFile, const std::string& 
     ASSERT_TRUE(writer.endWriting(KEL_CASE));
     short air = 0, water = 0;
     int p = 0, q = 0;
-    writer.createPhase("air", air);
-    writer.createPhase("water", water);
-    writer.createVariable(air, "p", p);
-    writer.createVariable(water, "q", q);
+    writer.addPhaseName("air", air);
+    writer.addPhaseName("water", water);
+    writer.addPhaseVariable(air, "p", p);
+    writer.addPhaseVariable(water, "q", q);
     writer.startWriting(dataFile, KEL_DATA);
     writer.startWritingPhase(air);
     writer.startWritingPhaseVariableInZonesOfCategory(KEL_NODE_ZONE, "p", {1}, 1);

@@ -84,17 +84,13 @@ bool KelLocationModel::resolveLocation(const std::string& location, int /*ignore
                                        std::vector<int>& cellZones, std::vector<int>& faceZoneSides) const
 {
     std::vector<std::string> unresolved; // dropped: a location may well name what this model does not have
-    const std::vector<strata::FaceUse*> uses = _record->topology->resolveBoundaryLocation(location, unresolved);
-    const std::vector<strata::Body*> bodies = _record->topology->resolveInteriorLocation(location, unresolved);
-    if (uses.empty() && bodies.empty())
+    const strata::LocationRegions regions = _record->topology->resolveLocation(location, unresolved);
+    if (regions.boundary.empty() && regions.interior.empty())
         return false;
-    std::vector<int> zones;
-    for (const strata::FaceUse* use : uses)
-        if (getFaceUseZoneSides(idOf(use), mapId, zones))
-            faceZoneSides.insert(faceZoneSides.end(), zones.begin(), zones.end());
-    for (const strata::Body* body : bodies)
-        if (getBodyZones(idOf(body), mapId, zones))
-            cellZones.insert(cellZones.end(), zones.begin(), zones.end());
+    for (const strata::FaceUse* use : regions.boundary)
+        appendZoneSides(_record->model, use, mapId, faceZoneSides);
+    for (const strata::Body* body : regions.interior)
+        appendZones(_record->model, body, mapId, cellZones);
     sortWithoutRepeats(cellZones);
     sortWithoutRepeats(faceZoneSides);
     return !cellZones.empty() || !faceZoneSides.empty(); // kept: what the vectors held before counts

@@ -4,6 +4,18 @@
 
 namespace meridyn {
 
+void appendZones(strata::Model& model, const strata::Body* body, int mapId, std::vector<int>& zones)
+{
+    for (const strata::ExternalBody& external : model.createMeshMap(mapId)->externalBodies(body))
+        zones.push_back(external.zone());
+}
+
+void appendZoneSides(strata::Model& model, const strata::FaceUse* use, int mapId, std::vector<int>& sides)
+{
+    for (const strata::ExternalFaceSide& external : model.createMeshMap(mapId)->externalFaceSides(use))
+        sides.push_back(static_cast<int>(external.farSide() ? -external.zone() : external.zone()));
+}
+
 bool KelLocationModel::setBodyZones(int bodyId, int mapId, const std::vector<int>& zones)
 {
     strata::Body* body = _record->body(bodyId);
@@ -21,8 +33,7 @@ bool KelLocationModel::getBodyZones(int bodyId, int mapId, std::vector<int>& zon
     const strata::Body* body = _record->body(bodyId);
     if (body == nullptr)
         return false;
-    for (const strata::ExternalBody& external : _record->model.createMeshMap(mapId)->externalBodies(body))
-        zones.push_back(external.zone());
+    appendZones(_record->model, body, mapId, zones);
     return true;
 }
 
@@ -65,8 +76,7 @@ bool KelLocationModel::getFaceUseZoneSides(int faceUseId, int mapId, std::vector
     const strata::FaceUse* use = _record->faceUse(faceUseId);
     if (use == nullptr)
         return false;
-    for (const strata::ExternalFaceSide& external : _record->model.createMeshMap(mapId)->externalFaceSides(use))
-        sides.push_back(static_cast<int>(external.farSide() ? -external.zone() : external.zone()));
+    appendZoneSides(_record->model, use, mapId, sides);
     return true;
 }
 

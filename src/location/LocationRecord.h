@@ -50,6 +50,12 @@ inline int idOf(const strata::FaceUse* faceUse)
     return faceUse->side() == 1 ? -faceId : faceId;
 }
 
+/// Appends the zones that a map says a body consists of.
+void appendZones(strata::Model& model, const strata::Body* body, int mapId, std::vector<int>& zones);
+
+/// Appends the sides of face zones that a map says a face use consists of, negative on the far side.
+void appendZoneSides(strata::Model& model, const strata::FaceUse* use, int mapId, std::vector<int>& sides);
+
 template <class T>
 void appendIds(const std::vector<T*>& regions, std::vector<int>& ids)
 {

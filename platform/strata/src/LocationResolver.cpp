@@ -89,11 +89,10 @@ std::vector<Region*> LocationReading::regions() const
     return sorted;
 }
 
-std::vector<Region*> resolveLocation(const Store& store, LocationReading::Kind kind, const std::string& location,
-                                     std::vector<std::string>& unresolved)
+void readLocation(const Store& store, const std::string& location, std::initializer_list<LocationReading*> readings,
+                  std::vector<std::string>& unresolved)
 {
     std::vector<std::string> unknown;
-    LocationReading reading(kind);
     std::unordered_set<std::string> seen;
     for (const LocationEntry& entry : parseLocation(location)) {
         if (!seen.insert(entry.text).second)
@@ -101,13 +100,14 @@ std::vector<Region*> resolveLocation(const Store& store, LocationReading::Kind k
         const LocationMatch match = matchEntry(store, entry);
         if (match.parts.empty() && match.regions.empty())
             unknown.push_back(entry.text);
-        for (const Part* part : match.parts)
-            reading.add(*part);
-        for (Region* region : match.regions)
-            reading.add(region);
+        for (LocationReading* reading : readings) {
+            for (const Part* part : match.parts)
+                reading->add(*part);
+            for (Region* region : match.regions)
+                reading->add(region);
+        }
     }
     unresolved = std::move(unknown);
-    return reading.regions();
 }
 
 } // namespace strata

@@ -5,6 +5,7 @@
 #include "strata/Topology.h"
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -40,8 +41,8 @@ private:
     std::vector<Region*> _collected;
 };
 
-/// Reads a whole location; `unresolved` is replaced.
-std::vector<Region*> resolveLocation(const Store& store, LocationReading::Kind kind, const std::string& location,
-                                     std::vector<std::string>& unresolved);
+/// Adds what a whole location names to each of the readings; `unresolved` is replaced by the entries that name nothing.
+void readLocation(const Store& store, const std::string& location, std::initializer_list<LocationReading*> readings,
+                  std::vector<std::string>& unresolved);
 
 } // namespace strata

@@ -74,16 +74,24 @@ Part* Topology::findPartByName(const std::string& name) const
     return bearers == nullptr ? nullptr : *bearers->begin();
 }
 
+LocationRegions Topology::resolveLocation(const std::string& location, std::vector<std::string>& unresolved) const
+{
+    LocationReading boundary(LocationReading::Kind::Boundary);
+    LocationReading interior(LocationReading::Kind::Interior);
+    readLocation(*_store, location, {&boundary, &interior}, unresolved);
+    return {listOf<FaceUse>(boundary.regions()), listOf<Body>(interior.regions())};
+}
+
 std::vector<FaceUse*> Topology::resolveBoundaryLocation(const std::string& location,
                                                         std::vector<std::string>& unresolved) const
 {
-    return listOf<FaceUse>(resolveLocation(*_store, LocationReading::Kind::Boundary, location, unresolved));
+    return resolveLocation(location, unresolved).boundary;
 }
 
 std::vector<Body*> Topology::resolveInteriorLocation(const std::string& location,
                                                      std::vector<std::string>& unresolved) const
 {
-    return listOf<Body>(resolveLocation(*_store, LocationReading::Kind::Interior, location, unresolved));
+    return resolveLocation(location, unresolved).interior;
 }
 
 std::vector<LocationMatch> Topology::explainLocation(const std::string& location) const

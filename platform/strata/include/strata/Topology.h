@@ -22,6 +22,12 @@ struct LocationMatch {
     std::vector<Region*> regions; ///< regions of that name, by RegionLess
 };
 
+/// What a location covers: see Topology::resolveLocation.
+struct LocationRegions {
+    std::vector<FaceUse*> boundary; ///< the surfaces, each once, by RegionLess
+    std::vector<Body*> interior;    ///< the volumes, each once, by id
+};
+
 /// All parts of a model, and the reading of locations.
 ///
 /// A location is a comma-separated list of entries; blanks (space, tab) around an entry are dropped, empty entries
@@ -62,19 +68,20 @@ public:
     /// The part of that name, of several the one with the lowest id; null for an empty name.
     Part* findPartByName(const std::string& name) const;
 
-    /// The surfaces that a location covers, each once, by RegionLess: a part stands for the face uses of all its
-    /// bodies, a body for its boundary, a face for its face uses, a face use for itself, a composite for what its
-    /// members stand for.
+    /// The surfaces and the volumes that a location covers, of one reading of its text. As a surface, a part stands for
+    /// the face uses of all its bodies, a body for its boundary, a face for its face uses, a face use for itself, a
+    /// composite for what its members stand for. As a volume, a part stands for its bodies, a body for itself, a
+    /// composite for what its members stand for, faces and face uses for nothing.
     ///
     /// @param unresolved  replaced by the entries that name nothing, each once, in their order. An entry that names
     ///                    a region without any face use is not among them
+    LocationRegions resolveLocation(const std::string& location, std::vector<std::string>& unresolved) const;
+
+    /// The surfaces of resolveLocation alone.
     std::vector<FaceUse*> resolveBoundaryLocation(const std::string& location,
                                                   std::vector<std::string>& unresolved) const;
 
-    /// The volumes that a location covers, each once, by id: a part stands for its bodies, a body for itself, a
-    /// composite for what its members stand for, faces and face uses for nothing.
-    ///
-    /// @param unresolved  as above: the same entries
+    /// The volumes of resolveLocation alone.
     std::vector<Body*> resolveInteriorLocation(const std::string& location, std::vector<std::string>& unresolved) const;
 
     /// What each entry of a location names, entry by entry, repeats included.

@@ -177,9 +177,7 @@ TYPED_TEST_SUITE(MarkersThatSayMore, WritingFormats, NamesOfFormats);
 
 TYPED_TEST(MarkersThatSayMore, StandInTheTable)
 {
-    EXPECT_EQ(markersInTable("for its arguments"),
-              (Markers{"startWritingInterfaceDataForFaces", "startWritingPartitionIdsForCells",
-                       "startWritingTypesForCells"}));
+    EXPECT_EQ(markersInTable("for its arguments"), Markers{"startWritingTypesForCells"});
 }
 
 TYPED_TEST(MarkersThatSayMore, TypesOfCells)

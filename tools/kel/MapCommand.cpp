@@ -2,7 +2,7 @@
 #include "Json.h"
 #include "KelBase.h"
 #include "KelVariableAttributeProvider.h"
-#include "MappingFiles.h"
+#include "MappingCheck.h"
 #include "Numbers.h"
 
 #include <algorithm>
@@ -32,37 +32,37 @@ public:
     }
 };
 
-void listFiles(const std::vector<MappingFile>& files, const Options& options, Session& session)
+void listFiles(const std::vector<KelMappingFile>& files, const Options& options, Session& session)
 {
     if (options.json) {
         Json json = {{"folder", options.folder}, {"files", Json::array()}};
-        for (const MappingFile& file : files)
-            json["files"].push_back({{"source", file.source},
-                                     {"target", file.target},
-                                     {"path", file.path},
-                                     {"used", file.isUsed},
-                                     {"variables", file.keys.size()}});
+        for (const KelMappingFile& file : files)
+            if (file.problem.empty())
+                json["files"].push_back({{"source", file.source},
+                                         {"target", file.target},
+                                         {"path", file.path},
+                                         {"used", file.isUsed},
+                                         {"variables", file.keys.size()}});
         session.terminal.write(documentText(json));
         return;
     }
     Table table("<<><", {"from", "to", "variables", "file"});
-    for (const MappingFile& file : files)
-        table.add({printable(file.source), printable(file.target), grouped(file.keys.size()),
-                   printable(file.path) + (file.isUsed ? "" : " (not used)")});
+    for (const KelMappingFile& file : files)
+        if (file.problem.empty())
+            table.add({printable(file.source), printable(file.target), grouped(file.keys.size()),
+                       printable(file.path) + (file.isUsed ? "" : " (not used)")});
     session.terminal.write(table.text(session.terminal));
 }
 
-void checkFiles(const std::vector<MappingFile>& files, const Options& options, Session& session)
+void checkFiles(const std::vector<KelMappingFile>& files, const Options& options, Session& session)
 {
-    std::vector<MappingProblem> problems = filesThatAreNone(options.folder);
-    const std::vector<MappingProblem> inside = checkMappingFiles(files);
-    problems.insert(problems.end(), inside.begin(), inside.end());
+    const std::vector<MappingProblem> problems = checkMappingFiles(files);
+    const auto count = static_cast<std::size_t>(
+        std::count_if(files.begin(), files.end(), [](const KelMappingFile& file) { return file.problem.empty(); }));
     session.exitCode = problems.empty() ? EXIT_GOOD : EXIT_NO;
     if (options.json) {
-        Json json = {{"folder", options.folder},
-                     {"good", problems.empty()},
-                     {"files", files.size()},
-                     {"problems", Json::array()}};
+        Json json = {
+            {"folder", options.folder}, {"good", problems.empty()}, {"files", count}, {"problems", Json::array()}};
         for (const MappingProblem& problem : problems)
             json["problems"].push_back({{"path", problem.path}, {"text", problem.text}});
         session.terminal.write(documentText(json));
@@ -70,7 +70,7 @@ void checkFiles(const std::vector<MappingFile>& files, const Options& options, S
     }
     for (const MappingProblem& problem : problems)
         session.terminal.print("{}: {}\n", printable(problem.path), printable(problem.text));
-    session.terminal.print("{}, {}\n", counted(files.size(), "mapping file", "mapping files"),
+    session.terminal.print("{}, {}\n", counted(count, "mapping file", "mapping files"),
                            counted(problems.size(), "problem", "problems"));
 }
 
@@ -81,7 +81,7 @@ struct Translation {
     std::string problem; ///< why there is none; empty when the name is translated
 };
 
-Translation translationOf(const std::vector<MappingFile>& files, const Options& options)
+Translation translationOf(const std::vector<KelMappingFile>& files, const Options& options)
 {
     Translator translator;
     Translation found;
@@ -98,7 +98,7 @@ Translation translationOf(const std::vector<MappingFile>& files, const Options& 
                           std::any_of(found.attributes.begin(), found.attributes.end(),
                                       [&](const auto& attribute) { return attribute.second == found.mapped; });
     const bool arrives =
-        options.source == options.target || std::any_of(files.begin(), files.end(), [&](const MappingFile& file) {
+        options.source == options.target || std::any_of(files.begin(), files.end(), [&](const KelMappingFile& file) {
             return file.target == options.target && file.source != file.target;
         });
     if (found.attributes.empty())
@@ -110,7 +110,7 @@ Translation translationOf(const std::vector<MappingFile>& files, const Options& 
     return found;
 }
 
-void translate(const std::vector<MappingFile>& files, const Options& options, Session& session)
+void translate(const std::vector<KelMappingFile>& files, const Options& options, Session& session)
 {
     const Translation found = translationOf(files, options);
     session.exitCode = found.problem.empty() ? EXIT_GOOD : EXIT_NO;
@@ -136,7 +136,7 @@ void translate(const std::vector<MappingFile>& files, const Options& options, Se
 
 void runMap(Options& options, Session& session)
 {
-    options.folder = mappingFolder();
+    options.folder = KelMappingFiles::folder();
     if (options.folder.empty())
         throw Failure("no folder of mapping files: set KEL_VARIABLE_CONFIG_DIR");
     std::error_code error;
@@ -146,7 +146,10 @@ void runMap(Options& options, Session& session)
         session.exitCode = EXIT_NO;
         return;
     }
-    const std::vector<MappingFile> files = mappingFilesIn(options.folder);
+    std::string problem;
+    const std::vector<KelMappingFile> files = KelMappingFiles::inFolder(options.folder, problem);
+    if (!problem.empty())
+        throw Failure(problem);
     if (!options.name.empty())
         translate(files, options, session);
     else if (options.check)

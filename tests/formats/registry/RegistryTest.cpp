@@ -379,9 +379,9 @@ TEST(PluginFolders, AreSearchedOnFirstUse)
     EXPECT_EQ(printedWith(folder.path()),
               ours + "points\nproblem: " + (folder / "a.so") + ": made for plug-in version 2400, expected 2502\n");
     std::filesystem::copy(plugins + "/plugin_good.so", other / "again.so");
-    EXPECT_THAT(printedWith("::" + other.path() + ":" + folder.path()),
+    EXPECT_THAT(printedWith("::" + other.path().string() + ":" + folder.path().string()),
                 StartsWith(ours + "points\nproblem: " + (folder / "a.so")));
-    EXPECT_THAT(printedWith(other.path() + ":" + folder.path()),
+    EXPECT_THAT(printedWith(other.path().string() + ":" + folder.path().string()),
                 HasSubstr((folder / "b.so") + ": its format 'points' has the name of one that is there already\n"));
 }
 

@@ -299,7 +299,7 @@ TEST(Locks, AWriterWaitsForAnotherAndThenSaysWhoItIs)
             << third.errors();
         Child waiting([&] {
             Writer writer;
-            return addLevel(writer, path, 3, true) ? 0 : 1;
+            return addLevel(writer, path, 3, appends) ? 0 : 1;
         });
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         EXPECT_TRUE(first.endWriting(KEL_DATA)) << first.errors();

@@ -211,8 +211,6 @@ const DefaultCase solutionCases[] = {
     KEL_EMPTIES(getPhaseVariablesOfCategory, KEL_CELL_ZONE, names),
     KEL_NO(getAttributesOfPhaseVariable, 3, Scratch<Names>()),
     KEL_NO(getAttributesOfPhaseVariable, short{3}, "p", Scratch<Names>()),
-    KEL_NO(getAttributesOfPhaseVariable, "air", "p", Scratch<Names>()),
-    KEL_NO(getAttributesOfPhaseVariable, "p", Scratch<Names>()),
     KEL_NO(getAttributeValueOfPhaseVariable, 3, "User Visible", Scratch<std::string>()),
     KEL_NO(getAttributeValueOfPhaseVariable, short{3}, "p", "User Visible", Scratch<std::string>()),
     KEL_NO(getAttributeValueOfPhaseVariable, "air", "p", "User Visible", Scratch<std::string>()),
@@ -324,6 +322,13 @@ std::map<std::string, int> declaredOperations()
         }
     }
     return operations;
+}
+
+TEST(ProviderDefaults, FormsThatAreNotVirtualKnowNoVariableEither)
+{
+    const OpenProvider bare;
+    EXPECT_FALSE(bare.getAttributesOfPhaseVariable("air", "p", Scratch<Names>()));
+    EXPECT_FALSE(bare.getAttributesOfPhaseVariable("p", Scratch<Names>()));
 }
 
 TEST(ProviderDefaults, EveryVirtualOperationHasItsRow)

@@ -48,7 +48,7 @@ Names namesInHeaders(const std::regex& pattern, std::initializer_list<const char
 {
     Names names;
     for (const char* header : headers) {
-        collect(textOf(std::string("include/") + header + ".h"), pattern, names);
+        collect(textOf(std::string(header) + ".h"), pattern, names);
     }
     return names;
 }
@@ -57,7 +57,9 @@ TEST(ReadingAndWritingGuide, NamesOnlyOperationsThatExist)
 {
     const Names declared =
         namesInHeaders(std::regex(R"((\w+)\s*\()"),
-                       {"KelBase", "KelConsumer", "KelProvider", "KelFileIO", "KelFileConsumer", "KelFileProvider"});
+                       {"include/KelBase", "include/KelConsumer", "include/KelProvider", "include/KelFileIO",
+                        "include/KelFileConsumer", "include/KelFileProvider", "formats/hdf5/KelHdf5Consumer",
+                        "formats/hdf5/KelHdf5Provider"}); // the guide names their limits
     ASSERT_GT(declared.size(), 400U);
     const std::regex operation("(?:get|set|has|start|end|add|write|is|available)[A-Z].*");
     for (const std::string& name : namesInGuide()) {
@@ -87,8 +89,9 @@ bool isCovered(const Names& guide, const std::string& operation)
 TEST(ReadingAndWritingGuide, CoversEveryVirtualOperationOfTheFrames)
 {
     const Names guide = namesInGuide();
-    const Names operations = namesInHeaders(std::regex(R"(^\s*virtual [^(]*?(\w+)\s*\()"),
-                                            {"KelConsumer", "KelProvider", "KelFileConsumer", "KelFileProvider"});
+    const Names operations = namesInHeaders(
+        std::regex(R"(^\s*virtual [^(]*?(\w+)\s*\()"),
+        {"include/KelConsumer", "include/KelProvider", "include/KelFileConsumer", "include/KelFileProvider"});
     ASSERT_GT(operations.size(), 400U);
     for (const std::string& operation : operations) {
         EXPECT_TRUE(isCovered(guide, operation)) << operation;

@@ -43,6 +43,7 @@ private:
     void copyAll();
     void declareZones();
     void verify();
+    bool isAskedFor(const KelLoss& loss) const;
 
     bool isCopied(KelDataClass dataClass) const
     {
@@ -155,10 +156,8 @@ void Conversion::planLevels()
 {
     if (_options.timeLevels.empty())
         return;
-    if (!isCopied(KEL_DATA)) {
-        chosenLevels(_options.timeLevels, {}); // a text that is no list of levels is told first
+    if (!isCopied(KEL_DATA))
         throw Failure(aboutFile(_options.source, "--time: there are no data to be copied"));
-    }
     _source.open(KEL_DATA);
     const std::vector<TimeLevel> known = timeLevelsOf(_source.reader());
     _source.close();
@@ -302,6 +301,13 @@ void Conversion::verify()
         throw Failure(aboutFile(_options.target, _staged.named(_transfer->problem())));
 }
 
+/// Whether a loss is only that single precision is stored, which was asked for; with --verify all is told.
+bool Conversion::isAskedFor(const KelLoss& loss) const
+{
+    return !_options.verify && _options.precision == KEL_PRECISION_SINGLE && loss.reason == KelLossReason::Changed &&
+           loss.item.starts_with("type of ");
+}
+
 void Conversion::copyAll()
 {
     _transfer = std::make_unique<KelTransfer>(_source.reader(), *_writer);
@@ -335,8 +341,11 @@ ConversionResult Conversion::run()
         verify();
     _writer.reset(); // nothing of the files is held any more
     _staged.commit(_result.removed);
-    for (KelLoss& loss : _result.losses = _transfer->losses().losses())
-        loss.text = _staged.named(loss.text);
+    for (const KelLoss& loss : _transfer->losses().losses())
+        if (!isAskedFor(loss)) {
+            _result.losses.push_back(loss);
+            _result.losses.back().text = _staged.named(loss.text);
+        }
     _result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return _result;
 }

@@ -32,6 +32,16 @@ std::string familyOf(const KelDifference& difference)
     return name.empty() ? "files" : name;
 }
 
+/// "a; b; c; and 4 more"
+std::string firstOf(const std::vector<std::string>& lines)
+{
+    constexpr std::size_t shown = 3;
+    std::string text;
+    for (std::size_t n = 0; n < std::min(lines.size(), shown); ++n)
+        text += (n > 0 ? "; " : "") + lines[n];
+    return lines.size() > shown ? text + "; and " + grouped(lines.size() - shown) + " more" : text;
+}
+
 void printNotCompared(Terminal& terminal, const std::vector<std::string>& notCompared)
 {
     if (notCompared.empty())
@@ -39,27 +49,33 @@ void printNotCompared(Terminal& terminal, const std::vector<std::string>& notCom
     terminal.print("Not compared:\n");
     for (const std::string& line : notCompared)
         terminal.print("  {}\n", printable(line));
+    terminal.write("\n");
 }
 
+/// Prints what was found; the last line is the answer.
 void printDifferences(Terminal& terminal, const Options& options, const std::vector<KelDifference>& differences,
                       const std::vector<std::string>& notCompared)
 {
-    if (differences.empty()) {
-        terminal.print("{}\n", notCompared.empty() ? terminal.styled(Style::Good, "The two models are equal.")
-                                                   : "No difference was found in what could be compared.");
-        return printNotCompared(terminal, notCompared);
-    }
-    terminal.print("  {} {}\n  {} {}\n\n", terminal.styled(Style::Bad, "-"), printable(options.first),
-                   terminal.styled(Style::Good, "+"), printable(options.second));
+    if (!differences.empty())
+        terminal.print("  {} {}\n  {} {}\n\n", terminal.styled(Style::Bad, "-"), printable(options.first),
+                       terminal.styled(Style::Good, "+"), printable(options.second));
     for (const KelDifference& difference : differences)
         terminal.print("{}: {}{}{}: {} against {}\n", familyOf(difference), printable(difference.item),
                        difference.level ? ", time level " + std::to_string(*difference.level) : "",
                        difference.id != 0 ? ", id " + grouped(difference.id) : "",
                        terminal.styled(Style::Bad, orNothing(difference.first)),
                        terminal.styled(Style::Good, orNothing(difference.second)));
-    terminal.print("\n{} shown; the models {}.\n", counted(differences.size(), "difference", "differences"),
-                   terminal.styled(Style::Bad, "differ"));
+    if (!differences.empty())
+        terminal.write("\n");
     printNotCompared(terminal, notCompared);
+    if (!differences.empty())
+        terminal.print("{} shown; the models {}.\n", counted(differences.size(), "difference", "differences"),
+                       terminal.styled(Style::Bad, "differ"));
+    else if (!notCompared.empty())
+        terminal.print("{}\n", terminal.styled(Style::Note, "No difference found, but not compared: " +
+                                                                printable(firstOf(notCompared)) + "."));
+    else
+        terminal.print("{}\n", terminal.styled(Style::Good, "The two models are equal."));
 }
 
 Json jsonDifferences(const Options& options, const std::vector<KelDifference>& differences,
@@ -123,10 +139,10 @@ void runDiff(Options& options, Session& session)
     std::vector<KelDifference> differences;
     options.compare.compareCase = isCompared(first, second, KEL_CASE, options.dataOnly, differences);
     options.compare.compareData = isCompared(first, second, KEL_DATA, options.caseOnly, differences);
-    if (options.compare.compareData && !options.compare.compareCase) // data needs the zones of its case
+    // Data belong to the zones of their case; where one has no case, both know the zones that the data tell themselves.
+    if (options.compare.compareData && !options.compare.compareCase && first.has(KEL_CASE) && second.has(KEL_CASE))
         for (Model* model : {&first, &second})
-            if (model->has(KEL_CASE))
-                model->open(KEL_CASE);
+            model->open(KEL_CASE);
     if (!options.compare.compareCase && !options.compare.compareData && differences.empty())
         throw Failure(aboutFile(options.first, options.caseOnly ? "has no case" : "has no data"));
     KelCompare compare(first.reader(), second.reader(), options.compare);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 
 namespace meridyn::tool {
 
@@ -132,9 +133,11 @@ void printAllAttributes(Terminal& terminal, const ModelSummary& summary)
     terminal.heading("Attributes");
     for (const ModelSummary::Phase& phase : summary.phases)
         printAttributes(terminal, "phase '" + printable(phase.name) + "'", phase.attributes);
+    std::set<int> shown; // a variable is listed for each kind of zones that it lives on
     for (const ModelSummary::Variable& variable : summary.variables)
-        printAttributes(terminal, "'" + printable(variable.name) + "' of phase '" + printable(variable.phase) + "'",
-                        variable.attributes);
+        if (shown.insert(variable.id).second)
+            printAttributes(terminal, "'" + printable(variable.name) + "' of phase '" + printable(variable.phase) + "'",
+                            variable.attributes);
 }
 
 void printSolution(Terminal& terminal, const ModelSummary& summary, bool stats)

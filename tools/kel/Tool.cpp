@@ -25,7 +25,7 @@ void describe(CLI::App& tool, Session& session)
     tool.footer("\n'kel help <subcommand>' shows the options and examples of each.\n"
                 "FILE is whatever a format recognises: a case or data file, the name that both share, a case folder,\n"
                 "or the text of a generated mesh such as \"box:8x8x8 fields:2\".\n"
-                "Exit code: 0 good, 1 the answer is no, 2 could not.");
+                "Exit code: 0 good, 1 the answer is no, 2 could not, 3 good as far as it could be looked at.");
 }
 
 /// What is wrong with the arguments, in one line, and where to read on.

@@ -1,5 +1,6 @@
 #include "TraceWriter.h"
 
+#include "KelSolutionModel.h"
 #include "Model.h"
 #include "Numbers.h"
 
@@ -80,6 +81,15 @@ void TraceWriter::startWritingCaseSectionDataForCategory(const std::string& name
 {
     tellBlock("Case-section", name, size);
     KelConsumer::startWritingCaseSectionDataForCategory(name, zoneIds, type, size);
+}
+
+/// A name says more than an id; the bare writer prints either.
+void TraceWriter::startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, int variableId,
+                                                             std::vector<int>& zoneIds, unsigned64 size)
+{
+    std::string name = std::to_string(variableId);
+    solutionModel()->getUniqueNameOfVariable(variableId, name);
+    KelConsumer::startWritingPhaseVariableInZonesOfCategory(category, name, zoneIds, size);
 }
 
 void TraceWriter::startWritingSet(const std::string& name, KelZoneCategory category)

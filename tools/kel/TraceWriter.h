@@ -41,6 +41,9 @@ public:
     void log(std::vector<std::pair<std::string, std::string>> entries, KelDataClass dataClass) override;
     void startWritingCaseSectionDataForCategory(const std::string& name, const std::vector<int>& zoneIds, KelPlainDataType type, unsigned64 size) override;
 
+    using KelConsumer::startWritingPhaseVariableInZonesOfCategory;
+    void startWritingPhaseVariableInZonesOfCategory(KelZoneCategory category, int variableId, std::vector<int>& zoneIds, unsigned64 size) override;
+
     void startWritingSet(const std::string& name, KelZoneCategory category) override;
     void setIdsForSetInRange(unsigned64 first, unsigned64 last, const unsigned64* ids, unsigned64 count) override;
     void startWritingDataOfVariableForSet(const std::string& name, std::vector<unsigned64> sizes, unsigned64 valuesPerMember, KelPlainDataType type) override;

@@ -63,7 +63,7 @@ TEST(GeneratedGrammar, NamesTheWordAtFault)
         {"box:2x2x2 box:2x2x2", "'box:2x2x2' is not known here"},
         {"box:2x2x2 colour:red", "'colour:red' is not known here"},
         {"Box:2x2x2", "'Box:2x2x2' is not known here"},
-        {"box", "'box': expected three numbers from 1"},
+        {"box", "box: expected three numbers from 1"},
         {"box:", "box:: expected three numbers from 1"},
         {"box:2x2", "box:2x2: expected"},
         {"box:2x2x2x2", "box:2x2x2x2: expected"},

@@ -120,5 +120,8 @@ TEST(Check, LooksAtEveryMeshOfTheFile)
     EXPECT_EQ(runKel({"check", "--mesh", "7", "--target", "0", file}).code, 1);
     const Ran none = runKel({"check", "--mesh", "6", file});
     EXPECT_EQ(none.code, 2);
-    EXPECT_EQ(none.err, "kel: " + file + ": has no such mesh, target and partition; 'kel info' lists what it has\n");
+    EXPECT_EQ(
+        none.err,
+        "kel: " + file +
+            ": has no such mesh; it has mesh 1, target default; mesh 5, target default; mesh 7, target default\n");
 }

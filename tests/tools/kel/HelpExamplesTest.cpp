@@ -28,7 +28,7 @@ std::vector<std::string> examples()
 {
     std::vector<std::string> found;
     for (const std::string& command : commandNames())
-        for (const std::string& line : linesBelow("\nExamples:\n", "\n" + runKel({command, "--help"}).out))
+        for (const std::string& line : linesBelow("Examples:\n", runKel({command, "--help"}).out))
             found.push_back(line.substr(line.find_first_not_of(' ')));
     std::ifstream in(KEL_SOURCE_DIR "/tools/kel/kel.1");
     std::string man((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
@@ -45,13 +45,15 @@ public:
     Workplace()
     {
         const std::string cavity = KEL_SOURCE_DIR "/tests/data/polymesh/cavity-ascii";
-        for (const char* name : {"case", "other"})
+        for (const char* name : {"case", "other"}) {
             std::filesystem::copy(cavity, _folder / name, std::filesystem::copy_options::recursive);
+            std::filesystem::remove((_folder / name) + "/truth.json"); // no part of a case
+        }
         for (const char* name : {"cube", "a", "before", "after"})
             runKel({"convert", "box:3x3x3 fields:1", _folder / name + std::string(".case.kel")});
         for (const char* name : {"run", "run1", "run2"})
             runKel({"convert", "box:2x2x2 fields:1 levels:9", _folder / name + std::string(".case.kel")});
-        runKel({"convert", cavity, _folder / "cavity.case.kel"});
+        runKel({"convert", _folder / "case", _folder / "cavity.case.kel"});
         std::filesystem::copy_file(KEL_TEST_PLUGINS "/kel_thin_format.so", _folder / "libmyformat.so");
     }
 

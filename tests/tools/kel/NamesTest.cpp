@@ -77,6 +77,26 @@ TEST_F(Naming, LeadsFromTheFolderOfAMeshToItsCase)
     }
 }
 
+TEST_F(Naming, WhatWasNotReadIsToldByInfoAndMakesADiffIncomplete)
+{
+    std::filesystem::copy(cavity, _folder / "case", std::filesystem::copy_options::recursive);
+    std::filesystem::remove(_folder / "case/truth.json");
+    ASSERT_EQ(kel({"diff", "@/case", "@/case"}).out, "The two models are equal.\n");
+    _folder.file("case/constant/g", "no dictionary at all {\n");
+    const Ran info = kel({"info", "@/case"});
+    EXPECT_THAT(info.out, HasSubstr("  not read: "));
+    EXPECT_THAT(info.out, HasSubstr("constant/g"));
+    const nlohmann::json json = nlohmann::json::parse(kel({"info", "--json", "@/case"}).out);
+    EXPECT_TRUE(json["saysWhatIsNotRead"]);
+    EXPECT_FALSE(json["notRead"].empty());
+    const Ran diff = kel({"diff", "@/case", "@/case"});
+    EXPECT_EQ(diff.code, 3);
+    const std::string last = diff.out.substr(diff.out.rfind('\n', diff.out.size() - 2) + 1);
+    EXPECT_THAT(last, StartsWith("No difference found, but not compared: "));
+    EXPECT_THAT(last, HasSubstr("constant/g"));
+    EXPECT_EQ(nlohmann::json::parse(kel({"diff", "--json", "@/case", "@/case"}).out)["complete"], false);
+}
+
 // ---- a model is written as a whole or not at all ------------------------------------------------------------------
 
 TEST_F(Naming, StaleDataBesideANewCaseAreRefused)

@@ -96,9 +96,9 @@ void addConvertCommand(CLI::App& tool, Session& session)
         ->excludes("--time");
     command->add_option("--compress", conversion.compression, "0 none to 9 smallest")->check(CLI::Range(0, 9));
     command
-        ->add_option(
-            "--precision", options->precision,
-            "Of coordinates and values; unless given, the one in which they are copied, which is double for values")
+        ->add_option("--precision", options->precision,
+                     "Of coordinates and values; unless given, each keeps the one that IN stores it in, double where "
+                     "that is not known")
         ->check(CLI::IsMember({"single", "double"}));
     command->add_flag("--case-only", conversion.caseOnly, "Leave the data out")->excludes("--from-level");
     command->add_flag("--data-only", conversion.dataOnly, "Leave the case out")->excludes("--case-only");

@@ -155,6 +155,8 @@ TEST_F(BoxInFiles, SinglePrecisionIsSmallerAndDiffers)
 {
     EXPECT_EQ(kel({"convert", "--precision", "single", "@box", "@single.case.kel"}).code, 0);
     EXPECT_EQ(kel({"diff", "@box", "@single"}).code, 1);
+    EXPECT_EQ(kel({"convert", "--strict", "@single", "@again.case.kel"}).code, 0);
+    EXPECT_EQ(kel({"diff", "@single", "@again"}).out, "The two models are equal.\n") << "single stays single";
     const Ran close = kel({"diff", "--rtol", "1e-6", "@box", "@single"});
     EXPECT_EQ(close.code, 1) << "the width of the values is another one";
     EXPECT_THAT(close.out, Not(::testing::ContainsRegex("\n[a-z]+: [^t]")));

@@ -321,7 +321,7 @@ protected:
 
     /// Adds a time level; a negative or known one is ignored.
     void addTimeLevel(int timeLevel) const;
-    /// Chooses a known time level, or the largest one for KEL_LATEST_TIME_LEVEL. False, and no change, when it is unknown.
+    /// Chooses a known time level, or the largest for KEL_LATEST_TIME_LEVEL. False, and no change, when it is unknown.
     bool setTimeLevel(int timeLevel) const;
 
     /// @name Active phase

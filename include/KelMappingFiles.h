@@ -9,7 +9,7 @@ namespace meridyn {
 
 /// A file in a folder of variable mapping files, and what it holds. See KelVariableAttributeFile for the form.
 struct KelMappingFile {
-    std::string path;
+    std::string path;               ///< where it lies, below the folder that was looked through
     std::string source;             ///< the vocabulary that it describes; empty when the header names none
     std::string target;             ///< the vocabulary that it leads to; empty when the header names none
     std::string mappedKeyAttribute; ///< the attribute that holds mapped keys; empty for none

@@ -22,7 +22,8 @@ namespace meridyn {
 ///           setAppendOn an existing file gets further meshes (a case) or time levels, meshes and variables (data):
 ///           what has the same place is replaced, everything else stays; until endWriting has succeeded the file reads
 ///           as before. A case that is appended to replaces the mesh of the same id, target and partition as a whole.
-/// Derived   mesh-wide counts that are 0, and empty lists of neighbouring zones, are worked out from zones and arrays at
+/// Derived   mesh-wide counts that are 0, and empty lists of neighbouring zones, are worked out from zones and arrays
+/// at
 ///           the end and marked as derived, see KelDerivedValues; what was given stays. The data that the same writer
 ///           writes after its case have the same neighbours.
 /// Others    a symbolic link is followed to its file; only a regular file, or nothing, is replaced. One writer

@@ -31,7 +31,7 @@ namespace meridyn {
 ///           zone's set, 1 where the face counts as turned. Where cellZones overlap, they are sets as well; so are the
 ///           files in polyMesh/sets.
 /// Times     Time level n is the n-th time folder by value, from 0. The group "timeLevels" of the data settings has the
-///           physical time of each level: of <time>/uniform/time, else the number that the folder is named by.
+///           physical time of each level: of uniform/time in the folder, else the number that the folder is named by.
 /// Phases    One, "phase-1"; or, where fields are named like alpha.water or U.water, one per such ending, and the
 ///           mixture for fields without one.
 /// Variables Each field is a variable of its name; vectors have 3 values per element, tensors 6 or 9, and the attribute

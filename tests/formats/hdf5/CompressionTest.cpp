@@ -1,6 +1,6 @@
 // Chunks of compressed arrays that are not what our writer leaves.
-#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "FileEdit.h"
+#include "formats/hdf5/arrays/ChunkCodec.h"
 #include "Hdf5TestSupport.h"
 
 #include <gmock/gmock.h>

@@ -19,6 +19,11 @@ struct Damage {
     const char* expected;
 };
 
+void PrintTo(const Damage& damage, std::ostream* out)
+{
+    *out << damage.name;
+}
+
 // clang-format off
 const Damage damages[] = {
     {"WordAsCoordinate",     "points",    "(1 0 0)", "(1 zero 0)", "points: line 2: expected a number in the list of points, found 'zero'"},

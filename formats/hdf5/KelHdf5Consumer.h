@@ -23,9 +23,8 @@ namespace meridyn {
 ///           what has the same place is replaced, everything else stays; until endWriting has succeeded the file reads
 ///           as before. A case that is appended to replaces the mesh of the same id, target and partition as a whole.
 /// Derived   mesh-wide counts that are 0, and empty lists of neighbouring zones, are worked out from zones and arrays
-/// at
-///           the end and marked as derived, see KelDerivedValues; what was given stays. The data that the same writer
-///           writes after its case have the same neighbours.
+///           at the end and marked as derived, see KelDerivedValues; what was given stays. The data that the same
+///           writer writes after its case have the same neighbours.
 /// Others    a symbolic link is followed to its file; only a regular file, or nothing, is replaced. One writer
 ///           at a time has a file; others wait, see setLockTimeout. Readers may open it all the time.
 /// Checks    a value that contradicts the mesh or its counts, and anything that is missing, is posted as a KelError

@@ -36,9 +36,9 @@ namespace meridyn {
 ///           mixture for fields without one.
 /// Variables Each field is a variable of its name; vectors have 3 values per element, tensors 6 or 9, and the attribute
 ///           "Component Names". Fields of cells have their boundary values on the face zones of the patches.
-/// Settings  A file is a group by its path in the case, an entry a key by its path in the file: dictionaries and
-/// entries
-///           of patches are settings of the case, boundary conditions and dictionaries of times settings of the data.
+/// Settings  A file is a group by its path in the case, an entry a key by its path in the file: dictionaries, and
+///           entries of patches, are settings of the case, boundary conditions and dictionaries of times settings of
+///           the data.
 ///           Dictionaries of the case are settings of this object as well, through KelPolyMeshProvider::parserName.
 /// Reports   A file that cannot be read posts a KelError that names it, the line or byte, what was expected and what
 ///           was found; the call then gives false or 0. A range that holds an id outside the mesh gives nothing; a

@@ -369,7 +369,6 @@ TEST(PolyMeshFormat, IsRecognisedByItsFolders)
     EXPECT_TRUE(format->probe(small.path()));
     EXPECT_FALSE(format->probe(folder.path()));
     EXPECT_TRUE(format->probe(small.file("constant/polyMesh/points"))); // a file of the mesh leads to its case
-    EXPECT_FALSE(format->probe(small.file("constant")));
     EXPECT_EQ(KelFormatRegistry::instance().probe(small.path()), format);
     EXPECT_EQ(format->files(small.path(), false).caseFile, small.path());
     EXPECT_EQ(format->files(small.path(), false).dataFile, "");

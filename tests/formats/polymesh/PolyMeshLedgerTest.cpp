@@ -270,6 +270,11 @@ struct ItemRow {
     std::string item; ///< after the place, which begins with the file
 };
 
+void PrintTo(const ItemRow& one, std::ostream* out)
+{
+    *out << one.name;
+}
+
 const std::string dictionaryHead = SmallCase::head("dictionary");
 
 // clang-format off

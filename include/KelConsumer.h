@@ -237,7 +237,7 @@ public:
     /// @}
 
     /// @name Nodes of cells
-    /// Counts: one per cell. Ids: the nodes of each cell, in the order of its shape.
+    /// Counts: one per cell. Ids: the nodes of each cell, in the order that KelCellType has.
     /// Trace: "  cell-node count (<n>)" (sic), "  Constant cell-node count (<n>)", "  Face-node id (<first>, <last>)" (sic);
     /// of the start marker of the counts: an empty line.
     /// @{

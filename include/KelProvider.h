@@ -235,7 +235,7 @@ public:
     /// @}
 
     /// @name Nodes of cells
-    /// Counts: one per cell. Ids: the nodes of each cell, in the order of its shape.
+    /// Counts: one per cell. Ids: the nodes of each cell, in the order that KelCellType has.
     /// @{
     virtual void startReadingNodesForCells(const std::vector<int>& zoneIds);
     virtual void startReadingNodeCountsForCells();

@@ -26,7 +26,7 @@ public:
 
     explicit BlockTemplate(Shape shape);
 
-    /// A cell: its type and its nodes in the order of its shape (none for a polyhedron).
+    /// A cell: its type and its nodes in the order of KelCellType (none for a polyhedron).
     struct Cell {
         KelCellType type;
         std::vector<int> nodes;
